@@ -1,0 +1,138 @@
+#include "app_qmfilelineedit.h"
+
+#include "platform/shortpath.h"
+
+#include <QCursor>
+#include <QDir>
+#include <QFileDialog>
+#include <QMenu>
+#include <QMouseEvent>
+
+QString QMFileLineEdit::lastDir;
+std::function<std::string(const std::string&)> QMFileLineEdit::shortPathName =
+    platform::shortPathName;
+
+namespace {
+
+struct ModeEntry {
+    const char* text;
+    void (QMFileLineEdit::*slot)();
+};
+
+// Menu text and chooser of each mode; PlainMode has neither.
+const ModeEntry modeEntries[] = {
+    {"Select A Directory", &QMFileLineEdit::startDirBrowser},
+    {"Select A File", &QMFileLineEdit::startFileBrowser},
+    {"Select Files", &QMFileLineEdit::startMFileBrowser},
+};
+
+bool hasChooser(int mode) { return mode >= QMFileLineEdit::DirMode && mode < QMFileLineEdit::PlainMode; }
+
+} // namespace
+
+QMFileLineEdit::QMFileLineEdit(QWidget* parent, const char* name, int mode)
+    : QLineEdit(parent), mode(mode)
+{
+    setObjectName(QString::fromLatin1(name));
+    if (!hasChooser(mode))
+        return;
+    menu = new QMenu;
+    menu->setObjectName("FileLineEditMenu");
+    menu->addAction(QString::fromLatin1(modeEntries[mode].text), this, modeEntries[mode].slot);
+}
+
+QMFileLineEdit::~QMFileLineEdit()
+{
+    delete menu;
+}
+
+QString QMFileLineEdit::shortened(const QString& path)
+{
+    const std::string shortPath = shortPathName(path.toLocal8Bit().toStdString());
+    return shortPath.empty() ? QString() : QString::fromLocal8Bit(shortPath.c_str());
+}
+
+void QMFileLineEdit::mousePressEvent(QMouseEvent* event)
+{
+    // Never handed on: a press neither moves the caret nor starts a selection.
+    if (event->button() == Qt::RightButton && menu)
+        menu->exec(QCursor::pos());
+}
+
+void QMFileLineEdit::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    if (event->button() != Qt::LeftButton) {
+        QLineEdit::mouseDoubleClickEvent(event);
+        return;
+    }
+    if (text().isEmpty())
+        startChooser();
+}
+
+void QMFileLineEdit::startChooser()
+{
+    if (hasChooser(mode))
+        (this->*modeEntries[mode].slot)();
+}
+
+void QMFileLineEdit::applyFilters(QFileDialog& dialog)
+{
+    if (filters.isEmpty() && filter.isEmpty())
+        return;
+    if (filters.isEmpty())
+        filters.append(filter);
+    dialog.setNameFilters(filters);
+}
+
+void QMFileLineEdit::startDirBrowser()
+{
+    const QString current = QDir::currentPath();
+    auto* dialog = new QFileDialog(this, QString(), QDir::homePath(), QString());
+    dialog->setFileMode(QFileDialog::Directory);
+    dialog->setWindowTitle("Select a Directory");
+    dialog->setDirectory(current);
+    if (dialog->exec() == QDialog::Accepted) {
+        const QString chosen = dialog->selectedFiles().value(0);
+        const QString shortForm = shortened(chosen);
+        const QString newText = shortForm.isEmpty() ? chosen : shortForm;
+        setText(newText);
+        emit textChanged(newText);
+    }
+    delete dialog;
+}
+
+void QMFileLineEdit::startFileBrowser()
+{
+    QFileDialog dialog(this, QString(), lastDir, QString());
+    dialog.setFileMode(QFileDialog::AnyFile);
+    dialog.setWindowTitle(dialogCaption);
+    applyFilters(dialog);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+
+    const QString chosen = dialog.selectedFiles().value(0);
+    const QString dir = chosen.section('/', 0, -2);
+    const QString name = chosen.section('/', -1, -1);
+    // Only the directory is shortened: the file itself may not exist yet.
+    const QString shortDir = shortened(dir);
+    const QString newText = shortDir.isEmpty() ? chosen : shortDir + "/" + name;
+    setText(newText);
+    emit textChanged(newText);
+    lastDir = dialog.directory().absolutePath();
+}
+
+void QMFileLineEdit::startMFileBrowser()
+{
+    QFileDialog dialog(this, QString(), lastDir, QString());
+    dialog.setFileMode(QFileDialog::ExistingFiles);
+    dialog.setWindowTitle(dialogCaption);
+    dialog.setViewMode(QFileDialog::Detail);
+    applyFilters(dialog);
+    const bool accepted = dialog.exec() == QDialog::Accepted;
+    const QStringList files = accepted ? dialog.selectedFiles() : QStringList();
+
+    // A cancel empties the line too.
+    setText(files.join(' '));
+    emit textChanged(dialog.selectedFiles().value(0));
+    lastDir = dialog.directory().absolutePath();
+}

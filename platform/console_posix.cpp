@@ -1,0 +1,200 @@
+#include "platform/console.h"
+#include "platform/batchfile.h"
+#include "platform/commandline.h"
+
+#include <cerrno>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <fstream>
+#include <spawn.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+extern char** environ;
+
+namespace platform {
+
+namespace {
+
+// How long a terminal that returned at once may take to start the console.
+constexpr auto startGrace = std::chrono::seconds(5);
+
+bool exists(const std::string& path)
+{
+    struct stat st{};
+    return ::stat(path.c_str(), &st) == 0;
+}
+
+bool inPath(const std::string& program)
+{
+    const char* path = std::getenv("PATH");
+    if (!path)
+        return false;
+    std::string dirs = path;
+    std::size_t start = 0;
+    while (start <= dirs.size()) {
+        const auto end = std::min(dirs.find(':', start), dirs.size());
+        const std::string dir = dirs.substr(start, end - start);
+        const std::string candidate = (dir.empty() ? "." : dir) + "/" + program;
+        if (::access(candidate.c_str(), X_OK) == 0)
+            return true;
+        start = end + 1;
+    }
+    return false;
+}
+
+std::string currentDirectory()
+{
+    std::string buf(4096, '\0');
+    while (!::getcwd(buf.data(), buf.size())) {
+        if (errno != ERANGE)
+            return ".";
+        buf.resize(buf.size() * 2);
+    }
+    return buf.c_str();
+}
+
+bool readStatus(const std::string& file, int& status)
+{
+    std::ifstream in(file);
+    return static_cast<bool>(in >> status);
+}
+
+// Waits until the console program that announced itself has ended: its lock
+// on FILE.started goes with it, whether it ended well or was killed.
+void waitForConsoleEnd(const std::string& started)
+{
+    const int fd = ::open(started.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0)
+        return;
+    while (::flock(fd, LOCK_SH) < 0 && errno == EINTR) {
+    }
+    ::close(fd);
+}
+
+bool waitForAnnouncement(const std::string& started)
+{
+    const auto until = std::chrono::steady_clock::now() + startGrace;
+    while (!exists(started)) {
+        if (std::chrono::steady_clock::now() > until)
+            return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    return true;
+}
+
+int spawnAndWait(std::vector<std::string> args)
+{
+    std::vector<char*> argv;
+    for (auto& a : args)
+        argv.push_back(a.data());
+    argv.push_back(nullptr);
+    std::fflush(stdout);
+    pid_t pid = 0;
+    if (::posix_spawnp(&pid, argv[0], nullptr, nullptr, argv.data(), environ) != 0)
+        return -1;
+    int status = 0;
+    while (::waitpid(pid, &status, 0) < 0) {
+        if (errno != EINTR)
+            return -1;
+    }
+    return status;
+}
+
+// The status of a console run in a terminal, or false when the terminal
+// never started the console program.
+bool consoleStatus(const std::string& statusFile, int terminalStatus, int& status)
+{
+    const std::string started = statusFile + ".started";
+    if (!exists(statusFile) && !exists(started)) {
+        // Some terminals return before their child has even started.
+        if (terminalStatus != 0 || !waitForAnnouncement(started))
+            return false;
+    }
+    waitForConsoleEnd(started);
+    if (!readStatus(statusFile, status))
+        status = exitStatus(1); // the console died before it could tell
+    return true;
+}
+
+void removeTree(const std::string& dir, const std::string& statusFile)
+{
+    ::unlink((statusFile + ".started").c_str());
+    ::unlink(statusFile.c_str());
+    ::rmdir(dir.c_str());
+}
+
+} // namespace
+
+std::vector<std::string> terminalPrefix()
+{
+    const char* chosen = std::getenv("TAMSEL_TERMINAL");
+    if (chosen && *chosen) {
+        if (std::string(chosen) == "none")
+            return {};
+        return splitCommandLine(chosen);
+    }
+    const char* x11 = std::getenv("DISPLAY");
+    const char* wayland = std::getenv("WAYLAND_DISPLAY");
+    if ((!x11 || !*x11) && (!wayland || !*wayland))
+        return {};
+    for (const char* term : {"x-terminal-emulator", "xterm"}) {
+        if (inPath(term))
+            return {term, "-e"};
+    }
+    return {};
+}
+
+int runInConsole(const std::string& batchFile, const std::string& consoleProgram)
+{
+    std::vector<std::string> args = terminalPrefix();
+    if (args.empty() || consoleProgram.empty() || ::access(consoleProgram.c_str(), X_OK) != 0)
+        return runBatchFile(batchFile);
+
+    const char* tmp = std::getenv("TMPDIR");
+    std::string dir = std::string(tmp && *tmp ? tmp : "/tmp") + "/tamsel-XXXXXX";
+    if (!::mkdtemp(dir.data()))
+        return runBatchFile(batchFile);
+    const std::string statusFile = dir + "/status";
+
+    args.insert(args.end(), {consoleProgram, "--directory", currentDirectory(), "--status-file",
+                             statusFile, batchFile});
+    const int terminalStatus = spawnAndWait(args);
+    int status = 0;
+    const bool ran = terminalStatus != -1 && consoleStatus(statusFile, terminalStatus, status);
+    removeTree(dir, statusFile);
+    return ran ? status : runBatchFile(batchFile);
+}
+
+bool announceConsoleStart(const std::string& statusFile)
+{
+    const std::string started = statusFile + ".started";
+    const std::string tmp = started + ".tmp";
+    // The descriptor stays open on purpose: its lock lasts as long as we do.
+    const int fd = ::open(tmp.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+    if (fd < 0 || ::flock(fd, LOCK_EX) < 0)
+        return false;
+    const std::string pid = std::to_string(::getpid()) + "\n";
+    if (::write(fd, pid.data(), pid.size()) != static_cast<ssize_t>(pid.size()))
+        return false;
+    return ::rename(tmp.c_str(), started.c_str()) == 0;
+}
+
+bool writeConsoleStatus(const std::string& statusFile, int status)
+{
+    const std::string tmp = statusFile + ".tmp";
+    {
+        std::ofstream out(tmp, std::ios::trunc);
+        out << status << "\n";
+        if (!out.flush())
+            return false;
+    }
+    return ::rename(tmp.c_str(), statusFile.c_str()) == 0;
+}
+
+} // namespace platform

@@ -1,0 +1,30 @@
+#include "platform/batchfile.h"
+
+#include <cstdio>
+#include <termios.h>
+#include <unistd.h>
+
+namespace platform {
+
+void pauseForKey()
+{
+    std::fputs("Press any key to continue . . . ", stdout);
+    std::fflush(stdout);
+    if (::isatty(STDIN_FILENO)) {
+        termios saved{};
+        if (::tcgetattr(STDIN_FILENO, &saved) == 0) {
+            termios raw = saved;
+            raw.c_lflag &= static_cast<tcflag_t>(~(ICANON | ECHO));
+            raw.c_cc[VMIN] = 1;
+            raw.c_cc[VTIME] = 0;
+            ::tcsetattr(STDIN_FILENO, TCSANOW, &raw);
+            char key = 0;
+            [[maybe_unused]] const auto n = ::read(STDIN_FILENO, &key, 1);
+            ::tcsetattr(STDIN_FILENO, TCSANOW, &saved);
+        }
+    }
+    std::fputc('\n', stdout);
+    std::fflush(stdout);
+}
+
+} // namespace platform

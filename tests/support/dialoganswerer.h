@@ -1,0 +1,84 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QStringList>
+#include <QTimer>
+
+#include <functional>
+
+class QWidget;
+
+// Answers the modal dialogs and popup menus a test expects, in order, and
+// closes any other so that no test ever hangs on one. What it saw is kept
+// for the test to look at; check() fails the test when an answer was not
+// used or an unexpected dialog came.
+class DialogAnswerer : public QObject
+{
+    Q_OBJECT
+
+public:
+    struct Seen {
+        QString kind;          // "message", "file", "menu" or "dialog"
+        QString title;         // window title
+        QString text;          // message text
+        QStringList buttons;   // message box buttons, in order
+        QString defaultButton; // text of the default button
+        int icon = 0;          // QMessageBox::Icon
+        QStringList filters;   // file dialog name filters
+        QString directory;     // file dialog directory when it opened
+        int fileMode = -1;     // QFileDialog::FileMode
+        QWidget* parent = nullptr;
+    };
+
+    DialogAnswerer();
+    ~DialogAnswerer() override;
+
+    // The next message box: press the button with this text.
+    DialogAnswerer& pressButton(const QString& text);
+    // The next file dialog: choose these paths (empty: cancel).
+    DialogAnswerer& chooseFiles(const QStringList& paths);
+    DialogAnswerer& chooseFile(const QString& path) { return chooseFiles({path}); }
+    DialogAnswerer& cancelFileDialog() { return chooseFiles({}); }
+    // The next popup menu: trigger the entry with this text.
+    DialogAnswerer& chooseMenuEntry(const QString& text);
+    // The next other modal dialog: let the test act on it.
+    DialogAnswerer& handleDialog(std::function<void(QWidget*)> action);
+
+    const QList<Seen>& seen() const { return seenDialogs; }
+    QStringList unexpected() const { return unexpectedDialogs; }
+    bool allAnswered() const { return answers.isEmpty(); }
+
+    // Waits (bounded) until every answer is used; true when they were and no
+    // unexpected dialog came.
+    bool waitUntilDone(int timeoutMs = 5000);
+
+private:
+    struct Answer {
+        QString kind;
+        QStringList values;
+        std::function<void(QWidget*)> action;
+    };
+
+    void poll();
+    void answerMessage(QWidget* w);
+    void answerFile(QWidget* w);
+    void answerMenu(QWidget* w);
+    void answerOther(QWidget* w);
+    void dismiss(QWidget* w, const QString& why);
+
+    QTimer timer;
+    QList<Answer> answers;
+    QList<Seen> seenDialogs;
+    QStringList unexpectedDialogs;
+    QList<QPointer<QWidget>> handled;
+};
+
+// Fails the current test function (and returns from it) unless every
+// expected dialog came and no other did.
+#define VERIFY_DIALOGS(answerer)                                                                   \
+    do {                                                                                           \
+        const bool dialogsOk_ = (answerer).waitUntilDone();                                        \
+        QVERIFY2(dialogsOk_, qPrintable("dialogs: unanswered or unexpected: " +                    \
+                                        (answerer).unexpected().join(" | ")));                     \
+    } while (0)

@@ -1,0 +1,57 @@
+// The console program: runs a batch file inside a terminal window and tells
+// the waiting program the status through a file.
+//   tamsel-cmd [--directory DIR] [--status-file FILE] BATCHFILE
+#include "platform/batchfile.h"
+#include "platform/commandline.h"
+#include "platform/console.h"
+
+#include <cstdio>
+#include <cstring>
+#include <string>
+#include <unistd.h>
+
+namespace {
+
+int usage()
+{
+    std::fputs("usage: tamsel-cmd [--directory DIR] [--status-file FILE] BATCHFILE\n", stderr);
+    return 2;
+}
+
+int exitCodeOf(int status)
+{
+    if (platform::statusSignal(status) != 0)
+        return 128 + platform::statusSignal(status);
+    return platform::statusExitCode(status);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    std::string statusFile;
+    std::string directory;
+    int i = 1;
+    for (; i + 1 < argc && std::strncmp(argv[i], "--", 2) == 0; i += 2) {
+        if (std::strcmp(argv[i], "--status-file") == 0)
+            statusFile = argv[i + 1];
+        else if (std::strcmp(argv[i], "--directory") == 0)
+            directory = argv[i + 1];
+        else
+            return usage();
+    }
+    if (i + 1 != argc)
+        return usage();
+    if (!statusFile.empty() && !platform::announceConsoleStart(statusFile))
+        std::fprintf(stderr, "tamsel-cmd: cannot write %s.started\n", statusFile.c_str());
+    if (!directory.empty() && ::chdir(directory.c_str()) != 0) {
+        std::fprintf(stderr, "tamsel-cmd: cannot change to %s\n", directory.c_str());
+        if (!statusFile.empty())
+            platform::writeConsoleStatus(statusFile, platform::exitStatus(1));
+        return 1;
+    }
+    const int status = platform::runBatchFile(argv[i]);
+    if (!statusFile.empty() && !platform::writeConsoleStatus(statusFile, status))
+        std::fprintf(stderr, "tamsel-cmd: cannot write %s\n", statusFile.c_str());
+    return exitCodeOf(status);
+}
