@@ -1,0 +1,59 @@
+# Installs the worditer component into a fresh prefix, then configures, builds
+# and runs tests/worditer_consumer against that prefix alone.
+cmake_minimum_required(VERSION 3.16)
+
+function(run)
+    execute_process(COMMAND ${ARGN} RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE out)
+    message("${out}")
+    if(NOT rc EQUAL 0)
+        list(JOIN ARGN " " cmd)
+        message(FATAL_ERROR "failed (${rc}): ${cmd}")
+    endif()
+    set(run_output "${out}" PARENT_SCOPE)
+endfunction()
+
+set(prefix ${WORK_DIR}/prefix)
+set(build ${WORK_DIR}/build)
+file(REMOVE_RECURSE ${WORK_DIR})
+
+set(config_args)
+if(CONFIG)
+    set(config_args --config ${CONFIG})
+endif()
+run(${CMAKE_COMMAND} --install ${BUILD_DIR} ${config_args} --component worditer --prefix ${prefix})
+
+file(GLOB_RECURSE libs ${prefix}/*/libworditer.so)
+if(NOT libs)
+    message(FATAL_ERROR "no libworditer.so installed under ${prefix}")
+endif()
+
+# The library's interface is the class: no other symbol may leave it.
+if(NM)
+    list(GET libs 0 lib)
+    run(${NM} -DC --defined-only ${lib})
+    string(REPLACE "\n" ";" symbols "${run_output}")
+    foreach(line IN LISTS symbols)
+        if(line MATCHES "^[0-9a-f]+ [A-Za-z] (.*)$")
+            set(symbol "${CMAKE_MATCH_1}")
+            if(NOT symbol MATCHES "^wordIter::")
+                message(FATAL_ERROR "exported symbol outside the class: ${symbol}")
+            endif()
+        endif()
+    endforeach()
+endif()
+
+run(${CMAKE_COMMAND} -S ${SOURCE_DIR} -B ${build} -G ${GENERATOR}
+    -DCMAKE_CXX_COMPILER=${CXX_COMPILER}
+    -DCMAKE_CXX_FLAGS=${CXX_FLAGS}
+    -DCMAKE_PREFIX_PATH=${prefix}
+    -DCMAKE_FIND_USE_PACKAGE_REGISTRY=OFF
+    -DQt6_DIR=${Qt6_DIR})
+run(${CMAKE_COMMAND} --build ${build})
+
+# The package must have come from the fresh prefix, not from somewhere else.
+file(STRINGS ${build}/CMakeCache.txt found REGEX "^WordIter_DIR:")
+if(NOT found MATCHES "^WordIter_DIR:PATH=${prefix}/")
+    message(FATAL_ERROR "WordIter found elsewhere: ${found}")
+endif()
+
+run(${build}/worditer_consumer)
