@@ -22,7 +22,7 @@ namespace platform {
 namespace {
 
 // How long a terminal that returned at once may take to start the console.
-constexpr auto startGrace = std::chrono::seconds(5);
+constexpr auto startGrace = std::chrono::seconds(3);
 
 bool exists(const std::string& path)
 {

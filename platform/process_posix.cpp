@@ -3,6 +3,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <spawn.h>
 #include <sys/wait.h>
 
@@ -43,8 +44,12 @@ int runCommandLine(const std::string& line)
     std::fflush(stdout);
     std::fflush(stderr);
     pid_t pid = 0;
-    if (::posix_spawnp(&pid, argv[0], nullptr, nullptr, argv.data(), environ) != 0)
+    const int error = ::posix_spawnp(&pid, argv[0], nullptr, nullptr, argv.data(), environ);
+    if (error != 0) {
+        // Say why in the console, as a command interpreter would.
+        std::fprintf(stderr, "%s: cannot be started: %s\n", argv[0], std::strerror(error));
         return notStarted;
+    }
     return waitFor(pid);
 }
 

@@ -60,7 +60,10 @@ bool Tamsel::checkEnvironment()
     const QString qrt2zeb = environmentValue("OKT_QRT2ZEB");
     if (zeb2mtx.isEmpty() || qrt2zeb.isEmpty())
         return false;
-    return QFileInfo(zeb2mtx).isExecutable() && QFileInfo(qrt2zeb).isExecutable();
+    // A directory has its x bit too, but is no translator.
+    const QFileInfo first(zeb2mtx);
+    const QFileInfo second(qrt2zeb);
+    return first.isFile() && first.isExecutable() && second.isFile() && second.isExecutable();
 }
 
 void Tamsel::setOkButton(const QString& text)

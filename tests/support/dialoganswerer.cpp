@@ -103,6 +103,7 @@ void DialogAnswerer::answerMessage(QWidget* w)
     seen.text = box->text();
     seen.icon = box->icon();
     seen.parent = box->parentWidget();
+    seen.parentClass = seen.parent ? seen.parent->metaObject()->className() : "";
     for (QAbstractButton* b : box->buttons())
         seen.buttons.append(b->text());
     if (box->defaultButton())
@@ -136,6 +137,7 @@ void DialogAnswerer::answerFile(QWidget* w)
     seen.directory = dialog->directory().absolutePath();
     seen.fileMode = dialog->fileMode();
     seen.parent = dialog->parentWidget();
+    seen.parentClass = seen.parent ? seen.parent->metaObject()->className() : "";
     seenDialogs.append(seen);
 
     if (answers.isEmpty() || answers.first().kind != "file")
@@ -198,6 +200,7 @@ void DialogAnswerer::answerOther(QWidget* w)
     seen.kind = "dialog";
     seen.title = w->windowTitle();
     seen.parent = w->parentWidget();
+    seen.parentClass = seen.parent ? seen.parent->metaObject()->className() : "";
     seenDialogs.append(seen);
     if (answers.isEmpty() || answers.first().kind != "dialog")
         return dismiss(w, "dialog \"" + seen.title + "\" (" + w->metaObject()->className() + ")");

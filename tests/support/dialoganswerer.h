@@ -28,7 +28,8 @@ public:
         QStringList filters;   // file dialog name filters
         QString directory;     // file dialog directory when it opened
         int fileMode = -1;     // QFileDialog::FileMode
-        QWidget* parent = nullptr;
+        QWidget* parent = nullptr; // may be gone by the time the test looks
+        QString parentClass;       // class name of the parent, "" for none
     };
 
     DialogAnswerer();

@@ -1,0 +1,209 @@
+// The tool dialog and the program around it: the refusal when the
+// translators cannot be found, the window it opens, the ways it ends, and
+// the default button following the tab in view.
+#include "tamsel.h"
+
+#include "dialoganswerer.h"
+#include "scratchdir.h"
+#include "standins.h"
+#include "zeb_standin.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTabWidget>
+#include <QTest>
+#include <QTimer>
+
+namespace {
+
+Tamsel* visibleTamsel()
+{
+    for (QWidget* w : QApplication::topLevelWidgets()) {
+        if (auto* t = qobject_cast<Tamsel*>(w); t && t->isVisible())
+            return t;
+    }
+    return nullptr;
+}
+
+int visibleTopLevels()
+{
+    int n = 0;
+    for (QWidget* w : QApplication::topLevelWidgets())
+        n += w->isVisible() ? 1 : 0;
+    return n;
+}
+
+const QString refusalText = "The ZEB2MTX or QRT2ZEB translators are not installed.\n"
+                            "You must also set the OKT_QRT2ZEB and OKT_ZEB2MTX environment "
+                            "variables";
+
+} // namespace
+
+class TestTamsel : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void refusal_data();
+    void refusal();
+    void windowAndEnds_data();
+    void windowAndEnds();
+    void titleFollowsVariable_data();
+    void titleFollowsVariable();
+    void onlyQuitButton();
+};
+
+void TestTamsel::refusal_data()
+{
+    QTest::addColumn<QString>("zeb2mtx");
+    QTest::addColumn<QString>("qrt2zeb");
+
+    // "@x" is a real stand-in, "-" unset, "%d" the scratch directory.
+    QTest::newRow("ZEB2MTX unset") << "-" << "@qrt2zeb-standin";
+    QTest::newRow("QRT2ZEB unset") << "@zeb2mtx-standin" << "-";
+    QTest::newRow("both unset") << "-" << "-";
+    QTest::newRow("ZEB2MTX empty") << "" << "@qrt2zeb-standin";
+    QTest::newRow("QRT2ZEB empty") << "@zeb2mtx-standin" << "";
+    QTest::newRow("ZEB2MTX missing file") << "%d/missing" << "@qrt2zeb-standin";
+    QTest::newRow("QRT2ZEB not executable") << "@zeb2mtx-standin" << "%d/plain.txt";
+    QTest::newRow("QRT2ZEB a directory") << "@zeb2mtx-standin" << "%d";
+}
+
+void TestTamsel::refusal()
+{
+    QFETCH(QString, zeb2mtx);
+    QFETCH(QString, qrt2zeb);
+    ScratchDir dir;
+    Standins standins(dir.path());
+    QVERIFY(dir.write("plain.txt", "not a program"));
+    auto set = [&dir](const char* name, QString value) {
+        if (value == "-") {
+            qunsetenv(name);
+            return;
+        }
+        if (value.startsWith('@'))
+            value = Standins::program(value.mid(1));
+        qputenv(name, value.replace("%d", dir.path()).toLocal8Bit());
+    };
+    set("OKT_ZEB2MTX", zeb2mtx);
+    set("OKT_QRT2ZEB", qrt2zeb);
+
+    const int terminated = ZEB_StandinTerminateCount();
+    DialogAnswerer answers;
+    answers.pressButton("OK");
+    // Should the dialog open after all, end its loop rather than hang.
+    QTimer guard;
+    guard.callOnTimeout([] { QCoreApplication::exit(42); });
+    guard.start(5000);
+    QCOMPARE(Tamsel::runProgram(), 0);
+    VERIFY_DIALOGS(answers);
+    const auto& box = answers.seen().constFirst();
+    QCOMPARE(box.title, QString("Environment Problems"));
+    QCOMPARE(box.text, refusalText);
+    QCOMPARE(box.buttons, QStringList{"OK"});
+    QCOMPARE(box.icon, int(QMessageBox::Critical));
+    QCOMPARE(box.parentClass, QString("Tamsel"));
+    QCOMPARE(visibleTopLevels(), 0);
+    QCOMPARE(ZEB_StandinTerminateCount(), terminated + 1);
+}
+
+void TestTamsel::windowAndEnds_data()
+{
+    QTest::addColumn<QString>("how");
+    QTest::addColumn<bool>("applyEmitted");
+
+    QTest::newRow("Quit button") << "quit" << true;
+    QTest::newRow("Escape key") << "escape" << false;
+    QTest::newRow("close control") << "close" << false;
+    QTest::newRow("close with another window open") << "close-other-open" << false;
+}
+
+void TestTamsel::windowAndEnds()
+{
+    QFETCH(QString, how);
+    QFETCH(bool, applyEmitted);
+    ScratchDir dir;
+    Standins standins(dir.path());
+    qputenv("QRT_ONDREL_NAME", "Flex Prep 7");
+
+    struct Seen {
+        QString title, iconText;
+        QSize size, iconSize;
+        bool applied = false;
+    } seen;
+    QWidget other;
+    QTimer::singleShot(0, [&] {
+        Tamsel* t = visibleTamsel();
+        if (!t)
+            return QCoreApplication::exit(99);
+        seen.title = t->windowTitle();
+        seen.iconText = t->windowIconText();
+        seen.size = t->size();
+        seen.iconSize = t->windowIcon().availableSizes().value(0);
+        QObject::connect(t, &Tamsel::applyButtonPressed, [&seen] { seen.applied = true; });
+        if (how == "quit") {
+            t->okButton()->click();
+        } else if (how == "escape") {
+            QTest::keyClick(t, Qt::Key_Escape);
+        } else {
+            if (how == "close-other-open")
+                other.show();
+            t->close();
+        }
+    });
+    const int terminated = ZEB_StandinTerminateCount();
+    QCOMPARE(Tamsel::runProgram(), 0);
+    qunsetenv("QRT_ONDREL_NAME");
+
+    QCOMPARE(seen.title, QString("Flex Prep 7"));
+    QCOMPARE(seen.iconText, QString("Tamsel"));
+    QCOMPARE(seen.size, QSize(850, 420));
+    QCOMPARE(seen.iconSize, QSize(24, 24));
+    QCOMPARE(seen.applied, applyEmitted);
+    QCOMPARE(ZEB_StandinTerminateCount(), terminated + 1);
+}
+
+void TestTamsel::titleFollowsVariable_data()
+{
+    QTest::addColumn<QByteArray>("value");
+    QTest::addColumn<QString>("title");
+
+    QTest::newRow("unset") << QByteArray() << QString();
+    QTest::newRow("empty") << QByteArray("") << QString();
+    QTest::newRow("utf-8") << QByteArray("Rüstung 2") << QString("Rüstung 2");
+}
+
+void TestTamsel::titleFollowsVariable()
+{
+    QFETCH(QByteArray, value);
+    QFETCH(QString, title);
+    ScratchDir dir;
+    Standins standins(dir.path());
+    value.isNull() ? qunsetenv("QRT_ONDREL_NAME") : qputenv("QRT_ONDREL_NAME", value);
+    Tamsel t;
+    qunsetenv("QRT_ONDREL_NAME");
+    QVERIFY(t.environmentOk);
+    QCOMPARE(t.windowTitle(), title);
+}
+
+void TestTamsel::onlyQuitButton()
+{
+    ScratchDir dir;
+    Standins standins(dir.path());
+    Tamsel t;
+    QList<QPushButton*> own;
+    for (QPushButton* b : t.findChildren<QPushButton*>()) {
+        if (!t.tabWidget()->isAncestorOf(b))
+            own.append(b);
+    }
+    QCOMPARE(own.size(), 1);
+    QCOMPARE(own.first()->text(), QString("Quit"));
+    // Right after start Enter presses Quit, not a tab's start button.
+    QVERIFY(own.first()->isDefault());
+}
+
+QTEST_MAIN(TestTamsel)
+#include "test_tamsel.moc"
