@@ -68,8 +68,18 @@ void DialogAnswerer::poll()
     QWidget* w = QApplication::activePopupWidget();
     if (!w)
         w = QApplication::activeModalWidget();
-    if (!w || !w->isVisible() || handled.contains(QPointer<QWidget>(w)))
+    if (!w || !w->isVisible())
         return;
+    if (handled.contains(QPointer<QWidget>(w))) {
+        // An answer that did not close its dialog must not leave it hanging.
+        if (++stuckPolls > 300) {
+            stuckPolls = 0;
+            dismiss(w, QString("%1 \"%2\" stayed open after its answer")
+                           .arg(w->metaObject()->className(), w->windowTitle()));
+        }
+        return;
+    }
+    stuckPolls = 0;
     handled.append(w);
     if (qobject_cast<QMenu*>(w))
         answerMenu(w);
@@ -151,15 +161,21 @@ void DialogAnswerer::answerFile(QWidget* w)
             guard->reject();
             return;
         }
-        guard->setDirectory(QFileInfo(paths.first()).absolutePath());
-        if (paths.size() == 1) {
-            guard->selectFile(paths.first());
+        auto* edit = guard->findChild<QLineEdit*>("fileNameEdit");
+        if (!edit)
+            return guard->reject();
+        if (paths.size() == 1 && QFileInfo(paths.first()).isDir()) {
+            edit->setText(paths.first());
+        } else if (paths.size() == 1) {
+            // As a user does: go to the folder, then type the name.
+            guard->setDirectory(QFileInfo(paths.first()).absolutePath());
+            edit->setText(QFileInfo(paths.first()).fileName());
         } else {
+            guard->setDirectory(QFileInfo(paths.first()).absolutePath());
             QStringList quoted;
             for (const QString& p : paths)
                 quoted.append('"' + QFileInfo(p).fileName() + '"');
-            if (auto* edit = guard->findChild<QLineEdit*>("fileNameEdit"))
-                edit->setText(quoted.join(' '));
+            edit->setText(quoted.join(' '));
         }
         QMetaObject::invokeMethod(guard.data(), "accept");
     });

@@ -73,6 +73,7 @@ private:
     QList<Seen> seenDialogs;
     QStringList unexpectedDialogs;
     QList<QPointer<QWidget>> handled;
+    int stuckPolls = 0;
 };
 
 // Fails the current test function (and returns from it) unless every
