@@ -12,21 +12,16 @@ QString QMFileLineEdit::lastDir;
 std::function<std::string(const std::string&)> QMFileLineEdit::shortPathName =
     platform::shortPathName;
 
-namespace {
+namespace
+{
 
-struct ModeEntry {
-    const char* text;
-    void (QMFileLineEdit::*slot)();
-};
+// Menu text of each mode that has a chooser; PlainMode has none.
+const char* const menuTexts[] = {"Select A Directory", "Select A File", "Select Files"};
 
-// Menu text and chooser of each mode; PlainMode has neither.
-const ModeEntry modeEntries[] = {
-    {"Select A Directory", &QMFileLineEdit::startDirBrowser},
-    {"Select A File", &QMFileLineEdit::startFileBrowser},
-    {"Select Files", &QMFileLineEdit::startMFileBrowser},
-};
-
-bool hasChooser(int mode) { return mode >= QMFileLineEdit::DirMode && mode < QMFileLineEdit::PlainMode; }
+bool hasChooser(int mode)
+{
+    return mode >= QMFileLineEdit::DirMode && mode < QMFileLineEdit::PlainMode;
+}
 
 } // namespace
 
@@ -38,7 +33,7 @@ QMFileLineEdit::QMFileLineEdit(QWidget* parent, const char* name, int mode)
         return;
     menu = new QMenu;
     menu->setObjectName("FileLineEditMenu");
-    menu->addAction(QString::fromLatin1(modeEntries[mode].text), this, modeEntries[mode].slot);
+    menu->addAction(QString::fromLatin1(menuTexts[mode]), this, &QMFileLineEdit::startChooser);
 }
 
 QMFileLineEdit::~QMFileLineEdit()
@@ -71,8 +66,17 @@ void QMFileLineEdit::mouseDoubleClickEvent(QMouseEvent* event)
 
 void QMFileLineEdit::startChooser()
 {
-    if (hasChooser(mode))
-        (this->*modeEntries[mode].slot)();
+    switch (mode) {
+    case DirMode:
+        startDirBrowser();
+        break;
+    case FileMode:
+        startFileBrowser();
+        break;
+    case MultiFileMode:
+        startMFileBrowser();
+        break;
+    }
 }
 
 void QMFileLineEdit::applyFilters(QFileDialog& dialog)
