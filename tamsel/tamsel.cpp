@@ -1,6 +1,7 @@
 #include "tamsel.h"
 
 #include "zeb.h"
+#include "zebmtxlator.h"
 
 #include <QApplication>
 #include <QBoxLayout>
@@ -88,6 +89,8 @@ void Tamsel::addTab(QWidget* tab, const QString& caption)
 
 void Tamsel::createTabs()
 {
+    zebMtxLator = new ZEBMTXLator(this, "ZEBMTXLator");
+    addTab(zebMtxLator, "ZEB->MTX Translator");
     connect(tabs, &QTabWidget::currentChanged, this,
             [this](int index) { emit selected(tabs->tabText(index)); });
 }

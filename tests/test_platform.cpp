@@ -9,6 +9,7 @@
 #include "scratchdir.h"
 #include "standins.h"
 
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
@@ -157,13 +158,15 @@ void TestPlatform::commandLineReachesProgramWithoutShell()
 {
     ScratchDir dir;
     Standins standins(dir.path());
+    QVERIFY(dir.write("$(id);x.zeb", "ZEB\n"));
     const QString line = '"' + Standins::program("zeb2mtx-standin") +
-                         R"(" "$(id);x.zeb" "a b" -o 'q' "Übung/Träger 1.out")";
-    QCOMPARE(platform::runCommandLine(local(line)), 0);
+                         R"(" "$(id);x.zeb" -o "Übung Träger 'q'.mtx" +N 1 3:10 |x)";
+    QVERIFY(QDir(dir.path()).mkdir("Übung Träger 'q'.mtx")); // so the stand-in cannot write it
+    platform::runCommandLine(local(line));
     const auto runs = standins.runs();
     QCOMPARE(runs.size(), 1);
     QCOMPARE(runs[0].args,
-             (QStringList{"$(id);x.zeb", "a b", "-o", "'q'", "Übung/Träger 1.out"}));
+             (QStringList{"$(id);x.zeb", "-o", "Übung Träger 'q'.mtx", "+N", "1", "3:10", "|x"}));
     QCOMPARE(runs[0].cwd, dir.path());
 }
 
@@ -261,6 +264,7 @@ void TestPlatform::putEnvReachesChild()
     ScratchDir dir;
     Standins standins(dir.path());
     const QString options = " 1 d   0 f    0 0 r";
+    QVERIFY(dir.write("x", "QRT\n") && dir.write("y", "QRT\n"));
     QVERIFY(platform::putEnv(local("OKT_ZEBWRITE_OPTIONS=" + options)));
     QCOMPARE(platform::runCommandLine(local(Standins::program("qrt2zeb-standin") + " x")), 0);
     QVERIFY(platform::putEnv("OKT_ZEBWRITE_OPTIONS="));

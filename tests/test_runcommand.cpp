@@ -89,6 +89,7 @@ void TestRunCommand::runOutcome()
     ScratchDir dir;
     Standins standins(dir.path());
     Standins::setStatus(standinStatus);
+    QVERIFY(dir.write("x.out", "QRT\n"));
     DialogAnswerer answers;
     const RunResult result = runCommand(command.replace("%1", Standins::binDir()), "Testing ...");
     QCOMPARE(int(result.outcome()), outcome);
@@ -102,6 +103,8 @@ void TestRunCommand::runHappensInTheWorkingDirectory()
     ScratchDir dir;
     Standins standins(dir.path());
     DialogAnswerer answers;
+    QVERIFY(QDir(dir.path()).mkdir("Übung"));
+    QVERIFY(dir.write("Übung/Träger 1.out", "QRT\n"));
     const QString input = dir.filePath("Übung/Träger 1.out");
     QVERIFY(!runCommand(QString("\"%1\" \"%2\"").arg(Standins::program("qrt2zeb-standin"), input),
                         "Translating QRT to ZEB ..."));

@@ -1,0 +1,326 @@
+#include "zebmtxlator.h"
+
+#include "app_qmfilelineedit.h"
+#include "bodyindexfield.h"
+#include "messagebox.h"
+#include "runcommand.h"
+
+#include <QApplication>
+#include <QBoxLayout>
+#include <QButtonGroup>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFile>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QRadioButton>
+
+#include <cstdlib>
+
+namespace
+{
+
+// Stand-in until the shared run button picture is wired in.
+QPixmap runButtonPixmap()
+{
+    return QPixmap();
+}
+
+const char* const nodeTip = "Separate IDs with space or use list input. Example: 1 3:10 11 15";
+const char* const modeTip =
+    "Separate mode numbers with space or use list input. Example: 1 3:10 11 15";
+
+QLabel* fixedLabel(const QString& text, QWidget* parent)
+{
+    auto* label = new QLabel(text, parent);
+    label->setFixedSize(label->sizeHint());
+    return label;
+}
+
+QLabel* fileRowLabel(const QString& text, QWidget* parent, const QFont& bold)
+{
+    auto* label = new QLabel(text, parent);
+    label->setFont(bold);
+    label->setAlignment(Qt::AlignCenter);
+    label->setFixedSize(label->sizeHint());
+    return label;
+}
+
+// The first entry is the default and the one the translator assumes.
+QComboBox* unitBox(QWidget* parent, const char* name, const QStringList& entries)
+{
+    auto* box = new QComboBox(parent);
+    box->setObjectName(name);
+    for (int i = 0; i < entries.size(); ++i)
+        box->insertItem(i, entries.at(i));
+    box->setFixedSize(box->sizeHint());
+    return box;
+}
+
+QString unitFlag(const QComboBox* box, const char* flag)
+{
+    if (box->currentIndex() == 0)
+        return QString();
+    return QString(" ") + flag + " " + box->currentText();
+}
+
+QString listFlags(const QLineEdit* list, const QRadioButton* include, const char* kind)
+{
+    if (list->text().isEmpty())
+        return QString();
+    return QString(include->isChecked() ? " +" : " -") + kind + " " + list->text();
+}
+
+// Only the fourth character from the end is looked at; a name too short to
+// have one gains the suffix as well.
+QString finalOutputName(const QString& typed)
+{
+    if (typed.size() >= 4 && typed.at(typed.size() - 4) == '.')
+        return typed;
+    return typed + ".mtx";
+}
+
+void setGridStretches(QGridLayout* grid, const QList<int>& rows, const QList<int>& columns)
+{
+    for (int r = 0; r < rows.size(); ++r)
+        grid->setRowStretch(r, rows.at(r));
+    for (int c = 0; c < columns.size(); ++c)
+        grid->setColumnStretch(c, columns.at(c));
+}
+
+QGridLayout* boxGrid(QGroupBox* box, const QList<int>& rows, const QList<int>& columns)
+{
+    auto* grid = new QGridLayout(box);
+    grid->setContentsMargins(0, 0, 0, 0);
+    grid->setSpacing(-1);
+    setGridStretches(grid, rows, columns);
+    return grid;
+}
+
+} // namespace
+
+ZEBMTXLator::ZEBMTXLator(QWidget* parent, const char* name) : QWidget(parent)
+{
+    setObjectName(QString::fromLatin1(name));
+    const QFont defaultFont = QApplication::font();
+    const QFont bold(defaultFont.family(), defaultFont.pointSize(), QFont::Bold, false);
+
+    auto* mainLayout = new QBoxLayout(QBoxLayout::TopToBottom, this);
+    mainLayout->setContentsMargins(0, 0, 0, 0);
+    mainLayout->setSpacing(-1);
+    mainLayout->addStretch(1);
+    mainLayout->addLayout(createFileRow(bold), 4);
+    mainLayout->addStretch(1);
+
+    auto* groupsHBx = new QBoxLayout(QBoxLayout::LeftToRight);
+    groupsHBx->setSpacing(0);
+    groupsHBx->setObjectName("groupsHBx");
+    groupsHBx->addStretch(1);
+    groupsHBx->addWidget(createUnitsBox(bold), 10);
+    groupsHBx->addStretch(1);
+    groupsHBx->addWidget(createNodesModesBox(bold), 60);
+    groupsHBx->addStretch(1);
+    mainLayout->addLayout(groupsHBx, 20);
+    mainLayout->addStretch(1);
+
+    fastInvarCB = new QCheckBox("Fast Invar", this);
+    fastInvarCB->setFixedSize(fastInvarCB->sizeHint());
+    fastInvarCB->setChecked(true);
+    fastInvarCB->setToolTip("Diable to compute full set of invariants for \"Full Coupling\".");
+    mainLayout->addWidget(fastInvarCB, 1, Qt::AlignCenter);
+    mainLayout->addStretch(1);
+
+    connect(inputCombo, &QLineEdit::textChanged, this, &ZEBMTXLator::checkCDB);
+    connect(translatePB, &QPushButton::clicked, this, &ZEBMTXLator::translate);
+    mainLayout->activate();
+}
+
+QBoxLayout* ZEBMTXLator::createFileRow(const QFont& bold)
+{
+    auto* row = new QBoxLayout(QBoxLayout::LeftToRight);
+    row->addStretch(1);
+    row->addWidget(fileRowLabel("ZEB or HX DB Input File:", this, bold), 10);
+    inputCombo = new QMFileLineEdit(this, "inputCombo", QMFileLineEdit::FileMode);
+    inputCombo->setFixedSize(200, 25);
+    inputCombo->filters = QStringList{"ZEB files (*.zeb)", "HX DB files (*.MASTER)"};
+    row->addWidget(inputCombo, 10);
+    row->addStretch(1);
+
+    row->addWidget(fileRowLabel("Index: ", this, bold), 10);
+    bodyIndex = new BodyIndexField(this, inputCombo);
+    indexLE = bodyIndex->lineEdit();
+    indexMenu = bodyIndex->menu();
+    row->addWidget(indexLE, 10);
+    row->addStretch(10);
+
+    row->addWidget(fileRowLabel("Matrix Output File:", this, bold), 10);
+    outputLE = new QMFileLineEdit(this, "outputLE", QMFileLineEdit::FileMode);
+    outputLE->setFixedSize(200, 25);
+    outputLE->filter = "All Matrix files (*.mtx)";
+    row->addWidget(outputLE, 10);
+    row->addStretch(1);
+
+    translatePB = new QPushButton(this);
+    translatePB->setIcon(QIcon(runButtonPixmap()));
+    translatePB->setIconSize(QSize(32, 32));
+    translatePB->setFixedSize(40, 40);
+    translatePB->setToolTip("Begin Translation");
+    row->addWidget(translatePB, 2, Qt::AlignCenter);
+    row->addStretch(1);
+    return row;
+}
+
+QGroupBox* ZEBMTXLator::createUnitsBox(const QFont& bold)
+{
+    auto* box = new QGroupBox("Ondrel Model Units", this);
+    box->setObjectName("unitsGBox");
+    box->setFont(bold);
+    box->setAlignment(Qt::AlignHCenter);
+    box->setToolTip("Specify units to match those in Ondrel model, which may differ from ZEB.");
+    QGridLayout* grid = boxGrid(box, {2, 10, 10, 2, 10, 10, 2}, {1, 10, 3, 10, 4});
+
+    grid->addWidget(fixedLabel("Length", box), 1, 1, Qt::AlignLeft);
+    lengthCB = unitBox(box, "lengthCB",
+                       {"METER", "MILLIMETER", "INCH", "FOOT", "MILE", "CENTIMETER", "KILOMETER"});
+    grid->addWidget(lengthCB, 2, 1);
+    grid->addWidget(fixedLabel("Time", box), 4, 1, Qt::AlignLeft);
+    timeCB = unitBox(box, "timeCB", {"SECOND", "MILLISECOND", "MINUTE", "HOUR"});
+    grid->addWidget(timeCB, 5, 1);
+    grid->addWidget(fixedLabel("Mass", box), 1, 3, Qt::AlignLeft);
+    massCB = unitBox(box, "massCB",
+                     {"KILOGRAM", "OUNCE_MASS", "POUND_MASS", "SLUG", "SLINCH", "KPOUND_MASS",
+                      "GRAM", "MEGAGRAM"});
+    grid->addWidget(massCB, 2, 3);
+    grid->addWidget(fixedLabel("Force", box), 4, 3, Qt::AlignLeft);
+    forceCB = unitBox(box, "forceCB",
+                      {"NEWTON", "OUNCE_FORCE", "POUND_FORCE", "KPOUND_FORCE", "DYNE",
+                       "KILOGRAM_FORCE", "KNEWTON", "MILLINEWTON"});
+    grid->addWidget(forceCB, 5, 3);
+    return box;
+}
+
+QGroupBox* ZEBMTXLator::createNodesModesBox(const QFont& bold)
+{
+    auto* box = new QGroupBox("Nodes/Modes", this);
+    box->setFont(bold);
+    box->setAlignment(Qt::AlignHCenter);
+    QGridLayout* grid = boxGrid(box, {1, 4, 4, 1, 4, 4, 1}, {1, 6, 6, 6, 1, 4, 1});
+
+    QLabel* nodeLabel = fixedLabel("Node ID List", box);
+    nodeLabel->setToolTip(nodeTip);
+    grid->addWidget(nodeLabel, 1, 1);
+    nodeIDs = new QLineEdit(box);
+    nodeIDs->setObjectName("nodeIDs");
+    nodeIDs->setFixedSize(200, 25);
+    nodeIDs->setToolTip(nodeTip);
+    grid->addWidget(nodeIDs, 2, 1, 1, 3);
+    nodesIncludeRB = addIncludeExclude(box, 1);
+
+    QLabel* modeLabel = fixedLabel("Mode Number List", box);
+    modeLabel->setToolTip(modeTip);
+    grid->addWidget(modeLabel, 4, 1);
+    modeList = new QLineEdit(box);
+    modeList->setObjectName("modeList");
+    modeList->setFixedSize(200, 25);
+    modeList->setToolTip(modeTip);
+    grid->addWidget(modeList, 5, 1, 1, 3);
+    modesIncludeRB = addIncludeExclude(box, 4);
+    return box;
+}
+
+// "Include" (id 0, checked) over "Exclude" (id 1) in rows row and row + 1
+// of the last column but one; returns "Include".
+QRadioButton* ZEBMTXLator::addIncludeExclude(QGroupBox* box, int row)
+{
+    auto* group = new QGroupBox(box);
+    auto* layout = new QBoxLayout(QBoxLayout::TopToBottom, group);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(-1);
+    auto* buttons = new QButtonGroup(group);
+    QRadioButton* include = nullptr;
+    for (const char* text : {"Include", "Exclude"}) {
+        auto* button = new QRadioButton(text, group);
+        button->setFixedSize(button->sizeHint());
+        layout->addWidget(button, 1, Qt::AlignLeft);
+        buttons->addButton(button, buttons->buttons().size());
+        include = include ? include : button;
+    }
+    include->setChecked(true);
+    static_cast<QGridLayout*>(box->layout())->addWidget(group, row, 5, 2, 1);
+    return include;
+}
+
+void ZEBMTXLator::selected()
+{
+    translatePB->setDefault(true);
+}
+
+void ZEBMTXLator::checkCDB()
+{
+    bodyIndex->checkCDB();
+}
+
+void ZEBMTXLator::selectIndexFromCDB()
+{
+    bodyIndex->selectIndexFromCDB();
+}
+
+bool ZEBMTXLator::eventFilter(QObject* watched, QEvent* event)
+{
+    return bodyIndex->filterEvent(watched, event) || QWidget::eventFilter(watched, event);
+}
+
+// Output first, so that the overwrite question can come before the news
+// that the input is missing. Nothing is touched until both are answered.
+void ZEBMTXLator::translate()
+{
+    const QString typedOutput = outputLE->text().trimmed();
+    if (typedOutput.isEmpty()) {
+        MessageBox::information(nullptr, "Missing File", "You must supply an output Matrix file.",
+                                "OK", "", "", 0, 0);
+        return;
+    }
+    const QString output = finalOutputName(typedOutput);
+    if (!outputMayBeWritten(output))
+        return;
+    if (inputCombo->text().isEmpty()) {
+        MessageBox::information(nullptr, "Missing File",
+                                "You must supply an input ZEB or HX DB file.", "OK", "", "", 0, 0);
+        return;
+    }
+    if (!bodyIndex->checkIndex())
+        return;
+    const QString command = commandLine(output);
+    if (MessageBox::information(nullptr, "info", command, "OK", "Cancel", "", 0, 1) != 0)
+        return;
+    if (runCommand(command, "Translating ZEB to MTX ..."))
+        MessageBox::warning(
+            nullptr, "Translation Problems",
+            "Translating ZEB to MTX problems.\nCheck your environment, permissions.", "OK", "", "",
+            0, -1);
+}
+
+bool ZEBMTXLator::outputMayBeWritten(const QString& output)
+{
+    if (!QFile::exists(output))
+        return true;
+    const QString question = tr("A file called %1 already exists.\nDo you want to overwrite it?");
+    return MessageBox::information(this, "Tamsel", question.arg(output), "&Yes", "No", "", 1, -1) ==
+           0;
+}
+
+// Lists go in unquoted and unchanged; units only when not the default.
+QString ZEBMTXLator::commandLine(const QString& output) const
+{
+    QString command = QString("%1 \"%2\" -o \"%3\"")
+                          .arg(QString::fromLocal8Bit(std::getenv("OKT_ZEB2MTX")),
+                               bodyIndex->inputOperand(), output);
+    command += listFlags(nodeIDs, nodesIncludeRB, "N") + listFlags(modeList, modesIncludeRB, "M");
+    command += unitFlag(lengthCB, "-l") + unitFlag(massCB, "-m") + unitFlag(timeCB, "-t") +
+               unitFlag(forceCB, "-f");
+    if (fastInvarCB->isChecked())
+        command += " -F";
+    return command;
+}
