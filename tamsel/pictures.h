@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QPixmap>
+
+// Button pictures shared by the translator tabs.
+namespace pictures
+{
+
+// The start button of the tabs that run a translator: a page going
+// through a mill and coming out as a window page.
+QPixmap runButton();
+
+// The button that saves the write options to a script file.
+QPixmap scriptButton();
+
+} // namespace pictures

@@ -1,0 +1,82 @@
+#include "qrtzeblator.h"
+
+#include "app_qmfilelineedit.h"
+#include "messagebox.h"
+#include "pictures.h"
+#include "platform/environment.h"
+#include "qrtzebcore.h"
+#include "runcommand.h"
+
+#include <QApplication>
+#include <QBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+
+#include <cstdlib>
+
+QRTZEBLator::QRTZEBLator(QWidget* parent, const char* name) : QWidget(parent)
+{
+    setObjectName(QString::fromLatin1(name));
+
+    auto* layout = new QBoxLayout(QBoxLayout::TopToBottom, this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(-1);
+    layout->addStretch(1);
+    auto* inputRow = new QBoxLayout(QBoxLayout::LeftToRight);
+    layout->addLayout(inputRow, 4);
+
+    inputRow->addStretch(1);
+    auto* label = new QLabel("QRT Input File:", this);
+    label->setFont(
+        QFont(QApplication::font().family(), QApplication::font().pointSize(), QFont::Bold, false));
+    label->setAlignment(Qt::AlignCenter);
+    label->setFixedSize(label->sizeHint());
+    inputRow->addWidget(label, 10);
+
+    inputFile = new QMFileLineEdit(this, "input", QMFileLineEdit::FileMode);
+    inputFile->filter = "All QRT files (*.out)";
+    inputFile->setFixedSize(200, 25);
+    inputRow->addWidget(inputFile, 10);
+    inputRow->addStretch(10);
+
+    translatePB = new QPushButton(this);
+    translatePB->setIcon(QIcon(pictures::runButton()));
+    translatePB->setIconSize(QSize(32, 32));
+    translatePB->setFixedSize(40, 40);
+    translatePB->setToolTip("Begin Translatiion");
+    inputRow->addWidget(translatePB, 10, Qt::AlignCenter);
+    inputRow->addStretch(1);
+
+    layout->addStretch(1);
+    core = new QRTZEBCore(this, "QRTZEBLator_Core");
+    layout->addWidget(core, 20);
+    layout->addStretch(1);
+
+    connect(translatePB, &QPushButton::clicked, this, &QRTZEBLator::translate);
+    layout->activate();
+}
+
+void QRTZEBLator::selected()
+{
+    translatePB->setDefault(true);
+}
+
+void QRTZEBLator::translate()
+{
+    // The options go into the environment even when a later check fails.
+    // setenv copies the entry, so no buffer limits its length.
+    const QString options = core->writeOptions();
+    if (!options.isEmpty())
+        platform::putEnv(options.toLocal8Bit().toStdString());
+
+    const QString input = inputFile->text();
+    if (input.isEmpty()) {
+        MessageBox::warn("Missing Input File", "Please supply an input QRT file.");
+        return;
+    }
+    const QString translator = QString::fromLocal8Bit(std::getenv("OKT_QRT2ZEB"));
+    const QString command = QString("%1 \"%2\"").arg(translator, input);
+    if (runCommand(command, "Translating QRT to ZEB ..."))
+        MessageBox::warn("Translation Problems",
+                         "Translating QRT to ZEB problems.\nCheck your environment, permissions.");
+}
