@@ -1,5 +1,6 @@
 #include "tamsel.h"
 
+#include "qrtzeblator.h"
 #include "zeb.h"
 #include "zebmtxlator.h"
 
@@ -91,6 +92,8 @@ void Tamsel::createTabs()
 {
     zebMtxLator = new ZEBMTXLator(this, "ZEBMTXLator");
     addTab(zebMtxLator, "ZEB->MTX Translator");
+    qrtZebLator = new QRTZEBLator(this, "QRTZEBLator");
+    addTab(qrtZebLator, "QRT->ZEB Translator");
     connect(tabs, &QTabWidget::currentChanged, this,
             [this](int index) { emit selected(tabs->tabText(index)); });
 }

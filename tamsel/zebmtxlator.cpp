@@ -1,5 +1,7 @@
 #include "zebmtxlator.h"
 
+#include "pictures.h"
+
 #include "app_qmfilelineedit.h"
 #include "bodyindexfield.h"
 #include "messagebox.h"
@@ -21,12 +23,6 @@
 
 namespace
 {
-
-// Stand-in until the shared run button picture is wired in.
-QPixmap runButtonPixmap()
-{
-    return QPixmap();
-}
 
 const char* const nodeTip = "Separate IDs with space or use list input. Example: 1 3:10 11 15";
 const char* const modeTip =
@@ -163,7 +159,7 @@ QBoxLayout* ZEBMTXLator::createFileRow(const QFont& bold)
     row->addStretch(1);
 
     translatePB = new QPushButton(this);
-    translatePB->setIcon(QIcon(runButtonPixmap()));
+    translatePB->setIcon(QIcon(pictures::runButton()));
     translatePB->setIconSize(QSize(32, 32));
     translatePB->setFixedSize(40, 40);
     translatePB->setToolTip("Begin Translation");

@@ -55,6 +55,7 @@ private slots:
     void titleFollowsVariable_data();
     void titleFollowsVariable();
     void onlyQuitButton();
+    void defaultButtonFollowsTab();
 };
 
 void TestTamsel::refusal_data()
@@ -206,6 +207,43 @@ void TestTamsel::onlyQuitButton()
     QCOMPARE(own.first()->text(), QString("Quit"));
     // Right after start Enter presses Quit, not a tab's start button.
     QVERIFY(own.first()->isDefault());
+}
+
+void TestTamsel::defaultButtonFollowsTab()
+{
+    ScratchDir dir;
+    Standins standins(dir.path());
+    Tamsel t;
+    t.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&t));
+    const auto defaults = [&t] {
+        QList<QPushButton*> on;
+        for (QPushButton* b : t.findChildren<QPushButton*>()) {
+            if (b->isDefault())
+                on.append(b);
+        }
+        return on;
+    };
+    QCOMPARE(defaults(), QList<QPushButton*>{t.okButton()});
+
+    // Each tab's first message tells that Enter started that tab's work.
+    const QList<QPair<QString, QString>> tabs = {{"QRT->ZEB Translator", "Missing Input File"},
+                                                 {"ZEB->MTX Translator", "Missing File"}};
+    for (const auto& [caption, firstMessage] : tabs) {
+        int index = 0;
+        while (t.tabWidget()->tabText(index) != caption)
+            ++index;
+        t.tabWidget()->setCurrentIndex(index);
+        const auto on = defaults();
+        QCOMPARE(on.size(), 1);
+        QVERIFY2(t.tabWidget()->widget(index)->isAncestorOf(on.first()), qPrintable(caption));
+        DialogAnswerer answers;
+        answers.pressButton("OK");
+        QTest::keyClick(&t, Qt::Key_Return);
+        VERIFY_DIALOGS(answers);
+        QCOMPARE(answers.seen().constFirst().title, firstMessage);
+    }
+    QVERIFY(t.isVisible()); // Quit was not pressed
 }
 
 int main(int argc, char** argv)
