@@ -29,6 +29,8 @@ QMFileLineEdit::QMFileLineEdit(QWidget* parent, const char* name, int mode)
     : QLineEdit(parent), mode(mode)
 {
     setObjectName(QString::fromLatin1(name));
+    // The right button opens our own menu or nothing, never the edit menu.
+    setContextMenuPolicy(Qt::PreventContextMenu);
     if (!hasChooser(mode))
         return;
     menu = new QMenu;

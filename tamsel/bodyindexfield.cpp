@@ -19,13 +19,15 @@ BodyIndexField::BodyIndexField(QWidget* tab, QLineEdit* fileField)
     indexEdit->setText("1");
     indexEdit->setEnabled(false);
     indexEdit->installEventFilter(tab);
+    // The right button belongs to indexMenu alone, not to the edit menu too.
+    indexEdit->setContextMenuPolicy(Qt::PreventContextMenu);
 
     indexMenu = new QMenu;
     indexMenu->setObjectName("Select Index");
     indexMenu->addAction("Select a Flexible Body from HX DB", tab, SLOT(selectIndexFromCDB()));
 }
 
-// The menu has no parent; it goes with the tab.
+// The menu has no parent; it goes with the tab rather than leak.
 BodyIndexField::~BodyIndexField()
 {
     delete indexMenu;

@@ -67,6 +67,23 @@ QCDBIndexDialog::QCDBIndexDialog(QWidget* parent, const char*, QString dbFile)
 }
 
 // One row per body, as the library describes it; returns the body count.
+namespace
+{
+
+// A row that sorts its text the way the user reads it.
+class BodyItem : public QTreeWidgetItem
+{
+public:
+    using QTreeWidgetItem::QTreeWidgetItem;
+    bool operator<(const QTreeWidgetItem& other) const override
+    {
+        const int column = treeWidget() ? treeWidget()->sortColumn() : 0;
+        return text(column).localeAwareCompare(other.text(column)) < 0;
+    }
+};
+
+} // namespace
+
 int QCDBIndexDialog::fillList()
 {
     const QByteArray file = dbFile.toLocal8Bit();
@@ -77,7 +94,7 @@ int QCDBIndexDialog::fillList()
         std::snprintf(indexText, sizeof indexText, "%d", i);
         ZEB_GetBodyInfo(file.constData(), i, info);
         info[sizeof info - 1] = '\0'; // a library that forgot the terminator
-        new QTreeWidgetItem(bodyList,
+        new BodyItem(bodyList,
                             {QString::fromLocal8Bit(indexText), QString::fromLocal8Bit(info)});
     }
     for (int column = 0; column < 2; ++column)

@@ -23,6 +23,8 @@ class ZEBMTXLator : public QWidget
 public:
     ZEBMTXLator(QWidget* parent, const char* name);
 
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 public slots:
     void translate();
     void selected();
@@ -31,8 +33,6 @@ private slots:
     void checkCDB();
     void selectIndexFromCDB();
 
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     QBoxLayout* createFileRow(const QFont& bold);

@@ -44,7 +44,7 @@ struct Host {
 
 QString sample()
 {
-    return Standins::examplesDir() + "/beam.out";
+    return Standins::examplesDir() + "/bracket.out";
 }
 
 } // namespace

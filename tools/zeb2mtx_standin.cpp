@@ -67,12 +67,15 @@ void takeFlag(MatrixRequest& r, const std::vector<std::string>& args, std::size_
         r.unrecognised += " [" + a + "]";
 }
 
-// The input operand is the file, with the body behind the last "::".
+bool readableFile(const std::string& path);
+
+// The input operand is the file, with the body behind the last "::" unless
+// the whole operand names a file.
 MatrixRequest parse(const std::vector<std::string>& args)
 {
     MatrixRequest r;
     const std::string operand = args.empty() ? std::string() : args[0];
-    const std::size_t sep = operand.rfind("::");
+    const std::size_t sep = readableFile(operand) ? std::string::npos : operand.rfind("::");
     r.input = operand.substr(0, sep);
     if (sep != std::string::npos)
         r.body = operand.substr(sep + 2);
