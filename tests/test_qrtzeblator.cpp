@@ -90,7 +90,7 @@ void TestQRTZEBLator::road_data()
     const QString nodes = QString("1 3:10 ").repeated(100 * 1024 / 7);
     const QString sketched = " fast_invar       sketch($(id) Skizze ä.dat)";
     QTest::newRow("default panel, sample file")
-        << "" << sample() << 0 << QStringList() << defaults << true << "beam.zeb";
+        << "" << sample() << 0 << QStringList() << defaults << true << "bracket.zeb";
     QTest::newRow("blanks and umlauts, sketch")
         << "tab=1;sketchCombo=$(id) Skizze ä.dat"
         << "Übung/Träger 1.out" << 0 << QStringList() << sketched << true << "Träger 1.zeb";
