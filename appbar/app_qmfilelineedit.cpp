@@ -90,6 +90,13 @@ void QMFileLineEdit::applyFilters(QFileDialog& dialog)
     dialog.setNameFilters(filters);
 }
 
+// An empty lastDir means the working directory; Qt would otherwise pick
+// the folder of whatever dialog it showed last.
+QString QMFileLineEdit::startDir()
+{
+    return lastDir.isEmpty() ? QDir::currentPath() : lastDir;
+}
+
 void QMFileLineEdit::startDirBrowser()
 {
     const QString current = QDir::currentPath();
@@ -109,7 +116,7 @@ void QMFileLineEdit::startDirBrowser()
 
 void QMFileLineEdit::startFileBrowser()
 {
-    QFileDialog dialog(this, QString(), lastDir, QString());
+    QFileDialog dialog(this, QString(), startDir(), QString());
     dialog.setFileMode(QFileDialog::AnyFile);
     dialog.setWindowTitle(dialogCaption);
     applyFilters(dialog);
@@ -129,7 +136,7 @@ void QMFileLineEdit::startFileBrowser()
 
 void QMFileLineEdit::startMFileBrowser()
 {
-    QFileDialog dialog(this, QString(), lastDir, QString());
+    QFileDialog dialog(this, QString(), startDir(), QString());
     dialog.setFileMode(QFileDialog::ExistingFiles);
     dialog.setWindowTitle(dialogCaption);
     dialog.setViewMode(QFileDialog::Detail);

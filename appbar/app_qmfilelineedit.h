@@ -46,6 +46,7 @@ private:
     void applyFilters(QFileDialog& dialog);
     void startChooser();
     static QString shortened(const QString& path);
+    static QString startDir();
 
     int mode;
     QMenu* menu = nullptr;

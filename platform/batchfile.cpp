@@ -45,8 +45,10 @@ void runLine(const std::string& line, int& errorlevel)
 int runBatchFile(const std::string& path)
 {
     std::ifstream in(path, std::ios::binary);
-    if (!in)
+    if (!in) {
+        std::fprintf(stderr, "cannot read %s\n", path.c_str());
         return exitStatus(1);
+    }
     int errorlevel = 0;
     std::string line;
     while (std::getline(in, line)) {

@@ -124,8 +124,8 @@ bool consoleStatus(const std::string& statusFile, int terminalStatus, int& statu
 
 void removeTree(const std::string& dir, const std::string& statusFile)
 {
-    ::unlink((statusFile + ".started").c_str());
-    ::unlink(statusFile.c_str());
+    for (const char* suffix : {"", ".tmp", ".started", ".started.tmp"})
+        ::unlink((statusFile + suffix).c_str());
     ::rmdir(dir.c_str());
 }
 
@@ -153,8 +153,12 @@ std::vector<std::string> terminalPrefix()
 int runInConsole(const std::string& batchFile, const std::string& consoleProgram)
 {
     std::vector<std::string> args = terminalPrefix();
-    if (args.empty() || consoleProgram.empty() || ::access(consoleProgram.c_str(), X_OK) != 0)
+    if (args.empty())
         return runBatchFile(batchFile);
+    if (::access(consoleProgram.c_str(), X_OK) != 0) {
+        std::fprintf(stderr, "no console program %s: running here\n", consoleProgram.c_str());
+        return runBatchFile(batchFile);
+    }
 
     const char* tmp = std::getenv("TMPDIR");
     std::string dir = std::string(tmp && *tmp ? tmp : "/tmp") + "/tamsel-XXXXXX";
@@ -165,6 +169,8 @@ int runInConsole(const std::string& batchFile, const std::string& consoleProgram
     args.insert(args.end(), {consoleProgram, "--directory", currentDirectory(), "--status-file",
                              statusFile, batchFile});
     const int terminalStatus = spawnAndWait(args);
+    if (terminalStatus == -1)
+        std::fprintf(stderr, "cannot start the terminal %s: running here\n", args[0].c_str());
     int status = 0;
     const bool ran = terminalStatus != -1 && consoleStatus(statusFile, terminalStatus, status);
     removeTree(dir, statusFile);

@@ -10,7 +10,9 @@ void pauseForKey()
 {
     std::fputs("Press any key to continue . . . ", stdout);
     std::fflush(stdout);
-    if (::isatty(STDIN_FILENO)) {
+    // Only the terminal's foreground process may read it; anyone else would
+    // be stopped by SIGTTIN, and with it the whole window.
+    if (::isatty(STDIN_FILENO) && ::tcgetpgrp(STDIN_FILENO) == ::getpgrp()) {
         termios saved{};
         if (::tcgetattr(STDIN_FILENO, &saved) == 0) {
             termios raw = saved;

@@ -24,9 +24,19 @@ QStringList batchLines(const QString& command, const QString& title)
             "echo.",            "pause"};
 }
 
+// A line break would split the command into two batch lines, the second of
+// which would run as a command of its own.
+bool fitsOnOneLine(const QString& text)
+{
+    return !text.contains('\n') && !text.contains('\r') && !text.contains(QChar(0));
+}
+
 // Writes the batch file; on failure returns the reason for the user.
 QString writeBatchFile(const QString& command, const QString& title)
 {
+    if (!fitsOnOneLine(command) || !fitsOnOneLine(title))
+        return QString("The command contains a line break, which a batch file cannot hold:\n%1")
+            .arg(command);
     const QString dir = QDir::currentPath();
     if (!QFileInfo(dir).isWritable())
         return QString("The working directory %1 is not writable.").arg(QDir::toNativeSeparators(dir));

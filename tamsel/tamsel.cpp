@@ -102,7 +102,9 @@ void Tamsel::changeDefaultButton(const QString& caption)
 {
     for (const TabEntry& entry : tabEntries) {
         if (entry.caption == caption) {
-            QMetaObject::invokeMethod(entry.tab, "selected");
+            const bool called = QMetaObject::invokeMethod(entry.tab, "selected");
+            Q_ASSERT_X(called, "changeDefaultButton", "a tab without selected()");
+            Q_UNUSED(called);
             return;
         }
     }

@@ -1,5 +1,5 @@
 // The command runner: the batch file it writes, the run through the console
-// with the stand-in translators, and the places where nothing can run.
+// with the stand-in translators, and the cases where nothing may run.
 #include "runcommand.h"
 
 #include "dialoganswerer.h"
@@ -18,12 +18,10 @@ class TestRunCommand : public QObject
 
 private slots:
     void batchFileBytes();
-    void batchFileIsReplacedAndKept();
     void runOutcome_data();
     void runOutcome();
-    void runHappensInTheWorkingDirectory();
-    void unwritableDirectoryRunsNothing();
-    void unopenableBatchFileRunsNothing();
+    void nothingRuns_data();
+    void nothingRuns();
 };
 
 void TestRunCommand::batchFileBytes()
@@ -31,6 +29,8 @@ void TestRunCommand::batchFileBytes()
     ScratchDir dir;
     Standins standins(dir.path());
     DialogAnswerer answers;
+    QVERIFY(!runCommand("true \"b c\" a-rather-long-tail", "Translating QRT to ZEB ..."));
+    // A second, shorter run replaces the file whole; the file stays behind.
     QVERIFY(!runCommand("true \"b c\"", "Translating QRT to ZEB ..."));
     QCOMPARE(dir.read("runtamsel.bat"), QByteArray("@echo off\n"
                                                    "echo Begin Translating QRT to ZEB ...\n"
@@ -49,112 +49,82 @@ void TestRunCommand::batchFileBytes()
     VERIFY_DIALOGS(answers);
 }
 
-void TestRunCommand::batchFileIsReplacedAndKept()
-{
-    ScratchDir dir;
-    Standins standins(dir.path());
-    DialogAnswerer answers;
-    QVERIFY(!runCommand("true a-rather-long-command-line-of-many-characters", "first"));
-    const QByteArray first = dir.read("runtamsel.bat");
-    QVERIFY(!runCommand("true", "t"));
-    const QByteArray second = dir.read("runtamsel.bat");
-    QVERIFY(!second.contains("long"));
-    QVERIFY(second.size() < first.size());
-    QVERIFY(second.startsWith("@echo off\necho Begin t\n"));
-    QVERIFY(second.endsWith("echo End t\necho.\npause\n"));
-    VERIFY_DIALOGS(answers);
-}
-
 void TestRunCommand::runOutcome_data()
 {
-    QTest::addColumn<QString>("command");
     QTest::addColumn<int>("standinStatus");
     QTest::addColumn<int>("outcome");
 
-    QTest::newRow("translator exits 0")
-        << "\"%1/qrt2zeb-standin\" \"x.out\"" << 0 << int(RunResult::Succeeded);
-    QTest::newRow("translator exits 3")
-        << "\"%1/qrt2zeb-standin\" \"x.out\"" << 3 << int(RunResult::Failed);
-    QTest::newRow("translator killed")
-        << "sh -c \"kill -TERM $$\"" << 0 << int(RunResult::Failed);
-    QTest::newRow("translator missing") << "\"%1/no-such-translator\" x" << 0
-                                        << int(RunResult::Failed);
+    QTest::newRow("translator exits 0") << 0 << int(RunResult::Succeeded);
+    QTest::newRow("translator exits 3") << 3 << int(RunResult::Failed);
 }
 
 void TestRunCommand::runOutcome()
 {
-    QFETCH(QString, command);
     QFETCH(int, standinStatus);
     QFETCH(int, outcome);
     ScratchDir dir;
     Standins standins(dir.path());
     Standins::setStatus(standinStatus);
-    QVERIFY(dir.write("x.out", "QRT\n"));
-    DialogAnswerer answers;
-    const RunResult result = runCommand(command.replace("%1", Standins::binDir()), "Testing ...");
-    QCOMPARE(int(result.outcome()), outcome);
-    QCOMPARE(bool(result), outcome == RunResult::Failed);
-    QVERIFY(result.wasRun());
-    VERIFY_DIALOGS(answers);
-}
-
-void TestRunCommand::runHappensInTheWorkingDirectory()
-{
-    ScratchDir dir;
-    Standins standins(dir.path());
-    DialogAnswerer answers;
     QVERIFY(QDir(dir.path()).mkdir("Übung"));
     QVERIFY(dir.write("Übung/Träger 1.out", "QRT\n"));
     const QString input = dir.filePath("Übung/Träger 1.out");
-    QVERIFY(!runCommand(QString("\"%1\" \"%2\"").arg(Standins::program("qrt2zeb-standin"), input),
-                        "Translating QRT to ZEB ..."));
+    DialogAnswerer answers;
+    const RunResult result = runCommand(
+        QString("\"%1\" \"%2\"").arg(Standins::program("qrt2zeb-standin"), input), "Testing ...");
+    VERIFY_DIALOGS(answers);
+    QCOMPARE(int(result.outcome()), outcome);
+    QCOMPARE(bool(result), outcome == RunResult::Failed);
     const auto runs = standins.runs();
     QCOMPARE(runs.size(), 1);
     QCOMPARE(runs[0].args, QStringList{input});
     QCOMPARE(runs[0].cwd, dir.path());
-    QVERIFY(QFile::exists(dir.filePath("runtamsel.bat")));
-    VERIFY_DIALOGS(answers);
 }
 
-void TestRunCommand::unwritableDirectoryRunsNothing()
+void TestRunCommand::nothingRuns_data()
 {
-    ScratchDir logDir;
-    Standins standins(logDir.path());
+    QTest::addColumn<QString>("where");
+    QTest::addColumn<QString>("command");
+    QTest::addColumn<QString>("named");
+
+    const QString translator = "\"%1/qrt2zeb-standin\" x";
+    QTest::newRow("directory not writable") << "read-only" << translator << "%d";
+    QTest::newRow("batch file cannot be opened")
+        << "batch-is-dir" << translator << "%d/runtamsel.bat";
+    QTest::newRow("line break in the command")
+        << "" << translator + "\ntouch INJECTED" << "line break";
+}
+
+void TestRunCommand::nothingRuns()
+{
+    QFETCH(QString, where);
+    QFETCH(QString, command);
+    QFETCH(QString, named);
+    ScratchDir scratch;
+    Standins standins(scratch.path());
+    QVERIFY(scratch.write("x", "QRT\n"));
     ReadOnlyDir locked;
-    QVERIFY2(locked.isValid(), "cannot make a directory read-only here");
-    QVERIFY(QDir::setCurrent(locked.path()));
+    QString dir = scratch.path();
+    if (where == "read-only") {
+        QVERIFY2(locked.isValid(), "cannot make a directory read-only here");
+        dir = locked.path();
+    } else if (where == "batch-is-dir") {
+        QVERIFY(QDir(dir).mkdir("runtamsel.bat"));
+    }
+    QVERIFY(QDir::setCurrent(dir));
     DialogAnswerer answers;
     answers.pressButton("OK");
-    const RunResult result =
-        runCommand("\"" + Standins::program("qrt2zeb-standin") + "\" x", "Translating ...");
-    QDir::setCurrent(logDir.path());
+    const RunResult result = runCommand(command.replace("%1", Standins::binDir()), "T");
+    QDir::setCurrent(scratch.path());
     VERIFY_DIALOGS(answers);
     QCOMPARE(int(result.outcome()), int(RunResult::NotRun));
     QVERIFY(!result);
     QVERIFY(standins.runs().isEmpty());
+    QVERIFY(!QFile::exists(scratch.filePath("INJECTED")));
     const auto& box = answers.seen().constFirst();
     QCOMPARE(box.title, QString("Unable To Run"));
-    QVERIFY2(box.text.contains(locked.path()), qPrintable(box.text));
     QCOMPARE(box.icon, int(QMessageBox::Warning));
-}
-
-void TestRunCommand::unopenableBatchFileRunsNothing()
-{
-    ScratchDir dir;
-    Standins standins(dir.path());
-    // A directory of that name cannot be opened for writing.
-    QVERIFY(QDir(dir.path()).mkdir("runtamsel.bat"));
-    DialogAnswerer answers;
-    answers.pressButton("OK");
-    const RunResult result =
-        runCommand("\"" + Standins::program("qrt2zeb-standin") + "\" x", "Translating ...");
-    VERIFY_DIALOGS(answers);
-    QCOMPARE(int(result.outcome()), int(RunResult::NotRun));
-    QVERIFY(standins.runs().isEmpty());
-    const auto& box = answers.seen().constFirst();
-    QCOMPARE(box.title, QString("Unable To Run"));
-    QVERIFY2(box.text.contains(dir.filePath("runtamsel.bat")), qPrintable(box.text));
     QCOMPARE(box.buttons, QStringList{"OK"});
+    QVERIFY2(box.text.contains(named.replace("%d", dir)), qPrintable(box.text));
 }
 
 QTEST_MAIN(TestRunCommand)

@@ -42,8 +42,13 @@ int main(int argc, char** argv)
     }
     if (i + 1 != argc)
         return usage();
-    if (!statusFile.empty() && !platform::announceConsoleStart(statusFile))
-        std::fprintf(stderr, "tamsel-cmd: cannot write %s.started\n", statusFile.c_str());
+    // No announcement, no run: the caller has given up on us and run the
+    // batch itself, and a second translator run would do harm.
+    if (!statusFile.empty() && !platform::announceConsoleStart(statusFile)) {
+        std::fprintf(stderr, "tamsel-cmd: cannot write %s.started; not running %s\n",
+                     statusFile.c_str(), argv[i]);
+        return 1;
+    }
     if (!directory.empty() && ::chdir(directory.c_str()) != 0) {
         std::fprintf(stderr, "tamsel-cmd: cannot change to %s\n", directory.c_str());
         if (!statusFile.empty())

@@ -3,7 +3,9 @@
 #ifndef ZEB_H
 #define ZEB_H
 
-#if defined(_WIN32)
+#if defined(_WIN32) && defined(ZEB_BUILDING)
+#define ZEB_API __declspec(dllexport)
+#elif defined(_WIN32)
 #define ZEB_API __declspec(dllimport)
 #else
 #define ZEB_API __attribute__((visibility("default")))

@@ -28,7 +28,6 @@ struct Cache {
 
 Cache cache;
 int terminateCount = 0;
-int fileReads = 0;
 
 // Cuts to at most max bytes without splitting a UTF-8 sequence.
 std::string clipped(std::string text, std::size_t max)
@@ -100,7 +99,6 @@ const std::vector<std::string>* bodiesOf(const char* file)
         cache.mtimeNs == st.st_mtim.tv_nsec)
         return &cache.bodies;
     std::string data;
-    ++fileReads;
     if (!readDatabase(file, data))
         return &none;
     cache = Cache{file, st.st_size, st.st_mtim.tv_sec, st.st_mtim.tv_nsec, parse(data)};
@@ -138,11 +136,6 @@ void ZEB_Terminate(void)
 int ZEB_StandinTerminateCount(void)
 {
     return terminateCount;
-}
-
-int ZEB_StandinFileReads(void)
-{
-    return fileReads;
 }
 
 } // extern "C"

@@ -12,9 +12,6 @@ extern "C" {
 /* How often ZEB_Terminate has been called since the library was loaded. */
 ZEB_API int ZEB_StandinTerminateCount(void);
 
-/* How often a database file was read from disk (not from the cache). */
-ZEB_API int ZEB_StandinFileReads(void);
-
 #ifdef __cplusplus
 }
 #endif

@@ -43,6 +43,13 @@ DialogAnswerer& DialogAnswerer::chooseFiles(const QStringList& paths)
     return *this;
 }
 
+DialogAnswerer& DialogAnswerer::cancelFileDialog(const QString& wanderTo)
+{
+    answers.append({"file", {}, {}});
+    answers.last().values = QStringList{} << QString() << wanderTo;
+    return *this;
+}
+
 DialogAnswerer& DialogAnswerer::chooseMenuEntry(const QString& text)
 {
     answers.append({"menu", {text}, {}});
@@ -157,7 +164,9 @@ void DialogAnswerer::answerFile(QWidget* w)
     QTimer::singleShot(0, this, [guard, paths] {
         if (!guard)
             return;
-        if (paths.isEmpty()) {
+        if (paths.value(0).isEmpty()) { // a cancel
+            if (!paths.value(1).isEmpty())
+                guard->setDirectory(paths.value(1));
             guard->reject();
             return;
         }

@@ -40,7 +40,8 @@ public:
     // The next file dialog: choose these paths (empty: cancel).
     DialogAnswerer& chooseFiles(const QStringList& paths);
     DialogAnswerer& chooseFile(const QString& path) { return chooseFiles({path}); }
-    DialogAnswerer& cancelFileDialog() { return chooseFiles({}); }
+    // The next file dialog: cancel, after going to this folder if given.
+    DialogAnswerer& cancelFileDialog(const QString& wanderTo = QString());
     // The next popup menu: trigger the entry with this text.
     DialogAnswerer& chooseMenuEntry(const QString& text);
     // The next other modal dialog: let the test act on it.
@@ -48,7 +49,6 @@ public:
 
     const QList<Seen>& seen() const { return seenDialogs; }
     QStringList unexpected() const { return unexpectedDialogs; }
-    bool allAnswered() const { return answers.isEmpty(); }
 
     // Waits (bounded) until every answer is used; true when they were and no
     // unexpected dialog came.

@@ -15,7 +15,6 @@ public:
 
     bool isValid() const { return locked; }
     QString path() const { return dir.path(); }
-    QString how() const { return method; }
 
 private:
     bool run(const QString& program, const QStringList& args) const;

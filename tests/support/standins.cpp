@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QProcessEnvironment>
 
+#include <cstdio>
 #include <cstdlib>
 
 namespace {
@@ -37,6 +38,9 @@ Standins::Standins(const QString& logDir) : log(logDir + "/standin.log")
     qputenv("TAMSEL_STANDIN_LOG", log.toLocal8Bit());
     qunsetenv("TAMSEL_STANDIN_STATUS");
     qunsetenv("OKT_ZEBWRITE_OPTIONS");
+    // The console runs inline here: its pause must never wait for a key,
+    // not even when the tests are started from a terminal.
+    std::freopen("/dev/null", "r", stdin);
 }
 
 Standins::~Standins()

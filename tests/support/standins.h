@@ -26,7 +26,6 @@ public:
     static QString program(const QString& name);
 
     QList<Run> runs() const;
-    QString logPath() const { return log; }
 
     // The exit status the stand-ins end with from now on.
     static void setStatus(int status);
