@@ -31,16 +31,16 @@ int MessageBox::information(QWidget* parent, const QString& caption, const QStri
 }
 
 int MessageBox::warning(QWidget* parent, const QString& caption, const QString& text,
-                        const QString& b0, const QString& b1, const QString& b2,
-                        int defaultButton, int escapeButton)
+                        const QString& b0, const QString& b1, const QString& b2, int defaultButton,
+                        int escapeButton)
 {
     return show(QMessageBox::Warning, parent, caption, text, {b0, b1, b2}, defaultButton,
                 escapeButton);
 }
 
 int MessageBox::critical(QWidget* parent, const QString& caption, const QString& text,
-                         const QString& b0, const QString& b1, const QString& b2,
-                         int defaultButton, int escapeButton)
+                         const QString& b0, const QString& b1, const QString& b2, int defaultButton,
+                         int escapeButton)
 {
     return show(QMessageBox::Critical, parent, caption, text, {b0, b1, b2}, defaultButton,
                 escapeButton);

@@ -17,8 +17,7 @@ public:
                            int escapeButton = -1);
     static int warning(QWidget* parent, const QString& caption, const QString& text,
                        const QString& b0 = "OK", const QString& b1 = QString(),
-                       const QString& b2 = QString(), int defaultButton = 0,
-                       int escapeButton = -1);
+                       const QString& b2 = QString(), int defaultButton = 0, int escapeButton = -1);
     static int critical(QWidget* parent, const QString& caption, const QString& text,
                         const QString& b0 = "OK", const QString& b1 = QString(),
                         const QString& b2 = QString(), int defaultButton = 0,

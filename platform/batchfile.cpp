@@ -5,9 +5,11 @@
 #include <fstream>
 #include <string>
 
-namespace platform {
+namespace platform
+{
 
-namespace {
+namespace
+{
 
 std::string lowered(std::string s)
 {

@@ -2,7 +2,8 @@
 
 #include <string>
 
-namespace platform {
+namespace platform
+{
 
 // Runs a small batch file of the kind Tamsel writes, line by line:
 // "@echo off", "echo.", "echo TEXT", "pause" and command lines. The result

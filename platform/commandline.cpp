@@ -1,10 +1,15 @@
 #include "platform/commandline.h"
 
-namespace platform {
+namespace platform
+{
 
-namespace {
+namespace
+{
 
-bool isBlank(char c) { return c == ' ' || c == '\t'; }
+bool isBlank(char c)
+{
+    return c == ' ' || c == '\t';
+}
 
 // The program name: quotes toggle, backslashes are literal.
 std::size_t takeProgram(const std::string& line, std::size_t i, std::string& out)

@@ -3,7 +3,8 @@
 #include <string>
 #include <vector>
 
-namespace platform {
+namespace platform
+{
 
 // Splits a command line into arguments by the rules of the Microsoft C
 // runtime, so that lines built as Windows command lines mean the same here.
@@ -17,9 +18,18 @@ std::vector<std::string> splitCommandLine(const std::string& line);
 int runCommandLine(const std::string& line);
 
 // Exit code and signal of a status from runCommandLine or runBatchFile.
-inline int statusExitCode(int status) { return (status >> 8) & 0xff; }
-inline int statusSignal(int status) { return status & 0x7f; }
-inline int exitStatus(int code) { return (code & 0xff) << 8; }
+inline int statusExitCode(int status)
+{
+    return (status >> 8) & 0xff;
+}
+inline int statusSignal(int status)
+{
+    return status & 0x7f;
+}
+inline int exitStatus(int code)
+{
+    return (code & 0xff) << 8;
+}
 
 // Whether a program name names a batch file (.bat or .cmd, any case).
 bool isBatchFileName(const std::string& program);

@@ -3,7 +3,8 @@
 #include <string>
 #include <vector>
 
-namespace platform {
+namespace platform
+{
 
 // Runs a batch file where the user can watch it, as a console window does:
 // in a terminal window that runs the console program

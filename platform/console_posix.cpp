@@ -1,6 +1,6 @@
-#include "platform/console.h"
 #include "platform/batchfile.h"
 #include "platform/commandline.h"
+#include "platform/console.h"
 
 #include <cerrno>
 #include <chrono>
@@ -17,16 +17,19 @@
 
 extern char** environ;
 
-namespace platform {
+namespace platform
+{
 
-namespace {
+namespace
+{
 
 // How long a terminal that returned at once may take to start the console.
 constexpr auto startGrace = std::chrono::seconds(3);
 
 bool exists(const std::string& path)
 {
-    struct stat st{};
+    struct stat st {
+    };
     return ::stat(path.c_str(), &st) == 0;
 }
 

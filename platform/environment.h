@@ -2,7 +2,8 @@
 
 #include <string>
 
-namespace platform {
+namespace platform
+{
 
 // Sets one variable of the process environment from "NAME=value", as
 // _putenv does: the value is kept byte for byte, an empty value removes the

@@ -2,7 +2,8 @@
 
 #include <cstdlib>
 
-namespace platform {
+namespace platform
+{
 
 bool putEnv(const std::string& entry)
 {

@@ -9,9 +9,11 @@
 
 extern char** environ;
 
-namespace platform {
+namespace platform
+{
 
-namespace {
+namespace
+{
 
 constexpr int notStarted = 127 << 8;
 

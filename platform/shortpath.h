@@ -2,7 +2,8 @@
 
 #include <string>
 
-namespace platform {
+namespace platform
+{
 
 // The short (8.3) form of an existing path, or an empty string when there is
 // none. Systems without short names always answer with an empty string, and

@@ -1,6 +1,7 @@
 #include "platform/shortpath.h"
 
-namespace platform {
+namespace platform
+{
 
 std::string shortPathName(const std::string&)
 {

@@ -4,7 +4,8 @@
 #include <termios.h>
 #include <unistd.h>
 
-namespace platform {
+namespace platform
+{
 
 void pauseForKey()
 {

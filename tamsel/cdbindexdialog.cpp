@@ -94,8 +94,7 @@ int QCDBIndexDialog::fillList()
         std::snprintf(indexText, sizeof indexText, "%d", i);
         ZEB_GetBodyInfo(file.constData(), i, info);
         info[sizeof info - 1] = '\0'; // a library that forgot the terminator
-        new BodyItem(bodyList,
-                            {QString::fromLocal8Bit(indexText), QString::fromLocal8Bit(info)});
+        new BodyItem(bodyList, {QString::fromLocal8Bit(indexText), QString::fromLocal8Bit(info)});
     }
     for (int column = 0; column < 2; ++column)
         bodyList->resizeColumnToContents(column);

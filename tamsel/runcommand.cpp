@@ -8,7 +8,8 @@
 #include <QFile>
 #include <QFileInfo>
 
-namespace {
+namespace
+{
 
 const char* const batchFileName = "runtamsel.bat";
 
@@ -19,9 +20,11 @@ QString consoleProgram()
 
 QStringList batchLines(const QString& command, const QString& title)
 {
-    return {"@echo off",        "echo Begin " + title, "echo.", "echo command : " + command,
-            "echo.",            command,               "echo.", "echo End " + title,
-            "echo.",            "pause"};
+    return {"@echo off", "echo Begin " + title,
+            "echo.",     "echo command : " + command,
+            "echo.",     command,
+            "echo.",     "echo End " + title,
+            "echo.",     "pause"};
 }
 
 // A line break would split the command into two batch lines, the second of
@@ -39,7 +42,8 @@ QString writeBatchFile(const QString& command, const QString& title)
             .arg(command);
     const QString dir = QDir::currentPath();
     if (!QFileInfo(dir).isWritable())
-        return QString("The working directory %1 is not writable.").arg(QDir::toNativeSeparators(dir));
+        return QString("The working directory %1 is not writable.")
+            .arg(QDir::toNativeSeparators(dir));
 
     QFile file(batchFileName);
     const QString where = QDir::toNativeSeparators(QDir(dir).absoluteFilePath(batchFileName));

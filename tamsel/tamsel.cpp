@@ -17,7 +17,8 @@
 
 #include "tamsel_icon.xpm"
 
-namespace {
+namespace
+{
 
 QString environmentValue(const char* name)
 {

@@ -33,7 +33,6 @@ private slots:
     void checkCDB();
     void selectIndexFromCDB();
 
-
 private:
     QBoxLayout* createFileRow(const QFont& bold);
     QGroupBox* createUnitsBox(const QFont& bold);

@@ -16,7 +16,8 @@
 
 #include <csignal>
 
-namespace {
+namespace
+{
 
 std::string local(const QString& s)
 {
@@ -121,7 +122,8 @@ void TestPlatform::splitCommandLine_data()
     QTest::newRow("empty line") << "" << QStringList{};
     QTest::newRow("tabs separate") << "p\ta\t\tb" << QStringList{"p", "a", "b"};
     QTest::newRow("leading and trailing blanks") << "  p a  " << QStringList{"p", "a"};
-    QTest::newRow("doubled quote inside quotes") << R"(p "a""b" c)" << QStringList{"p", "a\"b", "c"};
+    QTest::newRow("doubled quote inside quotes")
+        << R"(p "a""b" c)" << QStringList{"p", "a\"b", "c"};
     QTest::newRow("program in quotes with blank")
         << R"("/opt/my tools/zeb2mtx" "in put.zeb")"
         << QStringList{"/opt/my tools/zeb2mtx", "in put.zeb"};
@@ -200,8 +202,8 @@ void TestPlatform::batchInterpreter_data()
         << QByteArray("before\ninside\nafter\n");
     QTest::newRow("last line without line feed")
         << QByteArray("@echo off\necho tail") << QByteArray("tail\n");
-    QTest::newRow("empty lines ignored") << QByteArray("\n\n@echo off\n\necho x\n")
-                                         << QByteArray("x\n");
+    QTest::newRow("empty lines ignored")
+        << QByteArray("\n\n@echo off\n\necho x\n") << QByteArray("x\n");
 }
 
 void TestPlatform::batchInterpreter()
@@ -342,7 +344,8 @@ void TestPlatform::consoleTerminals_data()
         << QByteArray("#!/bin/sh\nexit 1\n") << 4 << false << 0;
     // Given up on, the late console must not run the batch a second time.
     QTest::newRow("starts the console too late")
-        << QByteArray("#!/bin/sh\n(sleep 4; \"$@\") >/dev/null 2>&1 &\nexit 0\n") << 4 << false << 5500;
+        << QByteArray("#!/bin/sh\n(sleep 4; \"$@\") >/dev/null 2>&1 &\nexit 0\n") << 4 << false
+        << 5500;
     QTest::newRow("console killed before it could tell")
         << QByteArray("#!/bin/sh\nsetsid \"$@\" >/dev/null &\n"
                       "while [ ! -e \"$5.started\" ]; do sleep 0.05; done\n"
@@ -363,7 +366,8 @@ void TestPlatform::consoleTerminals()
     QVERIFY(dir.write("t.bat", "@echo off\nsh -c \"sleep 1; echo $PPID >> ran-by\"\n"
                                "sh -c \"exit 4\"\npause\n"));
     EnvironmentGuard guard({"TAMSEL_TERMINAL"});
-    qputenv("TAMSEL_TERMINAL", terminal == "none" ? terminal : dir.filePath("fake-term").toLocal8Bit());
+    qputenv("TAMSEL_TERMINAL",
+            terminal == "none" ? terminal : dir.filePath("fake-term").toLocal8Bit());
     QElapsedTimer clock;
     clock.start();
     const int status = platform::runInConsole(local(dir.filePath("t.bat")),

@@ -81,13 +81,20 @@ void TestQMFileLineEdit::menuLeadsToChooser_data()
 
     QTest::newRow("directory, shortened whole")
         << int(QMFileLineEdit::DirMode) << "Select A Directory" << int(QFileDialog::Directory)
-        << "Select a Directory" << "%d/Long Dir" << "%d/LONGDI~1" << "";
+        << "Select a Directory"
+        << "%d/Long Dir"
+        << "%d/LONGDI~1"
+        << "";
     QTest::newRow("file, directory part shortened")
         << int(QMFileLineEdit::FileMode) << "Select A File" << int(QFileDialog::AnyFile) << ""
-        << "%d/Long Dir/my file.zeb" << "%d/LONGDI~1/my file.zeb" << "%d/Long Dir";
-    QTest::newRow("files, never shortened")
-        << int(QMFileLineEdit::MultiFileMode) << "Select Files" << int(QFileDialog::ExistingFiles)
-        << "" << "%d/Long Dir/my file.zeb" << "%d/Long Dir/my file.zeb" << "%d/Long Dir";
+        << "%d/Long Dir/my file.zeb"
+        << "%d/LONGDI~1/my file.zeb"
+        << "%d/Long Dir";
+    QTest::newRow("files, never shortened") << int(QMFileLineEdit::MultiFileMode) << "Select Files"
+                                            << int(QFileDialog::ExistingFiles) << ""
+                                            << "%d/Long Dir/my file.zeb"
+                                            << "%d/Long Dir/my file.zeb"
+                                            << "%d/Long Dir";
 }
 
 void TestQMFileLineEdit::menuLeadsToChooser()
@@ -133,10 +140,10 @@ void TestQMFileLineEdit::doubleClick_data()
         << int(QMFileLineEdit::FileMode) << "" << int(Qt::LeftButton) << true;
     QTest::newRow("field with text")
         << int(QMFileLineEdit::FileMode) << "a.zeb" << int(Qt::LeftButton) << false;
-    QTest::newRow("right button")
-        << int(QMFileLineEdit::FileMode) << "" << int(Qt::RightButton) << false;
-    QTest::newRow("plain field")
-        << int(QMFileLineEdit::PlainMode) << "" << int(Qt::LeftButton) << false;
+    QTest::newRow("right button") << int(QMFileLineEdit::FileMode) << "" << int(Qt::RightButton)
+                                  << false;
+    QTest::newRow("plain field") << int(QMFileLineEdit::PlainMode) << "" << int(Qt::LeftButton)
+                                 << false;
 }
 
 void TestQMFileLineEdit::doubleClick()
@@ -180,10 +187,15 @@ void TestQMFileLineEdit::fileChoice_data()
     QTest::addColumn<QString>("text");
     QTest::addColumn<int>("emissions");
 
-    QTest::newRow("new file, directory shortened")
-        << "%d/Long Dir/not yet.zeb" << "" << "%d/LONGDI~1/not yet.zeb" << 2;
-    QTest::newRow("no short form: whole path") << "%d/my.zeb" << "" << "%d/my.zeb" << 2;
-    QTest::newRow("same text again still heard") << "%d/my.zeb" << "%d/my.zeb" << "%d/my.zeb" << 1;
+    QTest::newRow("new file, directory shortened") << "%d/Long Dir/not yet.zeb"
+                                                   << ""
+                                                   << "%d/LONGDI~1/not yet.zeb" << 2;
+    QTest::newRow("no short form: whole path") << "%d/my.zeb"
+                                               << ""
+                                               << "%d/my.zeb" << 2;
+    QTest::newRow("same text again still heard") << "%d/my.zeb"
+                                                 << "%d/my.zeb"
+                                                 << "%d/my.zeb" << 1;
 }
 
 void TestQMFileLineEdit::fileChoice()
@@ -291,7 +303,7 @@ void TestQMFileLineEdit::cancelledChoosers()
     QCOMPARE(file.edit.text(), QString("kept?"));
     QCOMPARE(fileChanged.size(), 0);
     QCOMPARE(folder.edit.text(), QString("kept?"));
-    QCOMPARE(files.edit.text(), QString()); // a cancel empties this one
+    QCOMPARE(files.edit.text(), QString());       // a cancel empties this one
     QCOMPARE(QMFileLineEdit::lastDir, elsewhere); // and still moves lastDir
 }
 

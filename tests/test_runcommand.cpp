@@ -90,8 +90,8 @@ void TestRunCommand::nothingRuns_data()
     QTest::newRow("directory not writable") << "read-only" << translator << "%d";
     QTest::newRow("batch file cannot be opened")
         << "batch-is-dir" << translator << "%d/runtamsel.bat";
-    QTest::newRow("line break in the command")
-        << "" << translator + "\ntouch INJECTED" << "line break";
+    QTest::newRow("line break in the command") << "" << translator + "\ntouch INJECTED"
+                                               << "line break";
 }
 
 void TestRunCommand::nothingRuns()

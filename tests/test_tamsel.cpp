@@ -18,7 +18,8 @@
 #include <QTest>
 #include <QTimer>
 
-namespace {
+namespace
+{
 
 Tamsel* visibleTamsel()
 {
@@ -63,14 +64,22 @@ void TestTamsel::refusal_data()
     QTest::addColumn<QString>("qrt2zeb");
 
     // "@x" is a real stand-in, "-" unset, "%d" the scratch directory.
-    QTest::newRow("ZEB2MTX unset") << "-" << "@qrt2zeb-standin";
-    QTest::newRow("QRT2ZEB unset") << "@zeb2mtx-standin" << "-";
-    QTest::newRow("both unset") << "-" << "-";
-    QTest::newRow("ZEB2MTX empty") << "" << "@qrt2zeb-standin";
-    QTest::newRow("QRT2ZEB empty") << "@zeb2mtx-standin" << "";
-    QTest::newRow("ZEB2MTX missing file") << "%d/missing" << "@qrt2zeb-standin";
-    QTest::newRow("QRT2ZEB not executable") << "@zeb2mtx-standin" << "%d/plain.txt";
-    QTest::newRow("QRT2ZEB a directory") << "@zeb2mtx-standin" << "%d";
+    QTest::newRow("ZEB2MTX unset") << "-"
+                                   << "@qrt2zeb-standin";
+    QTest::newRow("QRT2ZEB unset") << "@zeb2mtx-standin"
+                                   << "-";
+    QTest::newRow("both unset") << "-"
+                                << "-";
+    QTest::newRow("ZEB2MTX empty") << ""
+                                   << "@qrt2zeb-standin";
+    QTest::newRow("QRT2ZEB empty") << "@zeb2mtx-standin"
+                                   << "";
+    QTest::newRow("ZEB2MTX missing file") << "%d/missing"
+                                          << "@qrt2zeb-standin";
+    QTest::newRow("QRT2ZEB not executable") << "@zeb2mtx-standin"
+                                            << "%d/plain.txt";
+    QTest::newRow("QRT2ZEB a directory") << "@zeb2mtx-standin"
+                                         << "%d";
 }
 
 void TestTamsel::refusal()

@@ -10,7 +10,8 @@
 
 #include <sys/stat.h>
 
-namespace {
+namespace
+{
 
 int count(const QString& path)
 {
@@ -46,8 +47,7 @@ void TestZeb::bodyCount_data()
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<int>("bodies");
 
-    QTest::newRow("three bodies")
-        << QByteArray("HXDB 1\nBODY a\nBODY b\nBODY c\n") << 3;
+    QTest::newRow("three bodies") << QByteArray("HXDB 1\nBODY a\nBODY b\nBODY c\n") << 3;
     QTest::newRow("other lines ignored")
         << QByteArray("HXDB 1\n# comment\nBODY a\nbody b\n BODY c\nBODYd\nBODY e") << 2;
     QTest::newRow("crlf lines") << QByteArray("HXDB 1\r\nBODY a\r\nBODY b\r\n") << 2;
@@ -76,8 +76,7 @@ void TestZeb::bodyInfo_data()
     QTest::addColumn<QByteArray>("expected");
 
     QTest::newRow("first") << 1 << QByteArray("arm_left   nodes=1234 modes=12 units=mm");
-    QTest::newRow("blanks, colons and utf-8 kept")
-        << 2 << QByteArray("  Bügel links: a::b  \t");
+    QTest::newRow("blanks, colons and utf-8 kept") << 2 << QByteArray("  Bügel links: a::b  \t");
     QTest::newRow("empty description") << 3 << QByteArray("");
     QTest::newRow("past the end") << 4 << QByteArray("");
     QTest::newRow("zero") << 0 << QByteArray("");
@@ -99,8 +98,8 @@ void TestZeb::longDescriptionIsClippedWhole()
     ScratchDir dir;
     // 1022 ASCII bytes and a two-byte character: 1024 bytes do not fit.
     const QByteArray longText = QByteArray(1022, 'a') + "ü" + QByteArray(100, 'b');
-    QVERIFY(dir.write("db.MASTER", "HXDB 1\nBODY " + longText + "\nBODY " +
-                                       QByteArray(1023, 'c') + "\n"));
+    QVERIFY(dir.write("db.MASTER",
+                      "HXDB 1\nBODY " + longText + "\nBODY " + QByteArray(1023, 'c') + "\n"));
     QCOMPARE(info(dir.filePath("db.MASTER"), 1), QByteArray(1022, 'a'));
     QCOMPARE(info(dir.filePath("db.MASTER"), 2), QByteArray(1023, 'c'));
 }

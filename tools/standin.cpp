@@ -4,9 +4,11 @@
 #include <fstream>
 #include <unistd.h>
 
-namespace standin {
+namespace standin
+{
 
-namespace {
+namespace
+{
 
 std::string escaped(const std::string& value)
 {

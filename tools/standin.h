@@ -7,7 +7,8 @@
 #include <string>
 #include <vector>
 
-namespace standin {
+namespace standin
+{
 
 // Appends one record to the file named by TAMSEL_STANDIN_LOG, if set:
 //   program<TAB>NAME, one arg<TAB>VALUE per argument, options<TAB>VALUE or

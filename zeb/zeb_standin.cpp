@@ -12,7 +12,8 @@
 #include <sys/stat.h>
 #include <vector>
 
-namespace {
+namespace
+{
 
 constexpr std::size_t infoSize = 1024;
 constexpr char magic[] = "HXDB 1";
@@ -92,7 +93,8 @@ std::vector<std::string> parse(const std::string& data)
 const std::vector<std::string>* bodiesOf(const char* file)
 {
     static const std::vector<std::string> none;
-    struct stat st{};
+    struct stat st {
+    };
     if (!file || !*file || ::stat(file, &st) != 0 || !S_ISREG(st.st_mode))
         return &none;
     if (cache.file == file && cache.size == st.st_size && cache.mtime == st.st_mtim.tv_sec &&

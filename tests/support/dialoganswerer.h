@@ -19,15 +19,15 @@ class DialogAnswerer : public QObject
 
 public:
     struct Seen {
-        QString kind;          // "message", "file", "menu" or "dialog"
-        QString title;         // window title
-        QString text;          // message text
-        QStringList buttons;   // message box buttons, in order
-        QString defaultButton; // text of the default button
-        int icon = 0;          // QMessageBox::Icon
-        QStringList filters;   // file dialog name filters
-        QString directory;     // file dialog directory when it opened
-        int fileMode = -1;     // QFileDialog::FileMode
+        QString kind;              // "message", "file", "menu" or "dialog"
+        QString title;             // window title
+        QString text;              // message text
+        QStringList buttons;       // message box buttons, in order
+        QString defaultButton;     // text of the default button
+        int icon = 0;              // QMessageBox::Icon
+        QStringList filters;       // file dialog name filters
+        QString directory;         // file dialog directory when it opened
+        int fileMode = -1;         // QFileDialog::FileMode
         QWidget* parent = nullptr; // may be gone by the time the test looks
         QString parentClass;       // class name of the parent, "" for none
     };

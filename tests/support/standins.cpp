@@ -6,11 +6,12 @@
 #include <cstdio>
 #include <cstdlib>
 
-namespace {
+namespace
+{
 
-const char* const variables[] = {"OKT_ZEB2MTX",  "OKT_QRT2ZEB",           "TAMSEL_TERMINAL",
-                                 "TAMSEL_STANDIN_LOG", "TAMSEL_STANDIN_STATUS",
-                                 "OKT_ZEBWRITE_OPTIONS"};
+const char* const variables[] = {"OKT_ZEB2MTX",           "OKT_QRT2ZEB",
+                                 "TAMSEL_TERMINAL",       "TAMSEL_STANDIN_LOG",
+                                 "TAMSEL_STANDIN_STATUS", "OKT_ZEBWRITE_OPTIONS"};
 
 QString unescaped(const QString& value)
 {
