@@ -392,11 +392,11 @@ QString QRTZEBCore::writeOptions()
 
     // Rigid-only disables the two boxes whose content then has no meaning.
     const QString invariants =
-        invarCB->isEnabledTo(this)
+        invarCB->isEnabled()
             ? wordFor(invarCB, {{"Fast Set", "fast_invar"}, {"Full Set", "full_invar"}})
             : QString();
     const QString modes =
-        sparseModesCB->isEnabledTo(this)
+        sparseModesCB->isEnabled()
             ? wordFor(sparseModesCB, {{"Full", "full_str"}, {"Remove zero entries", "sparse_str"}})
             : QString();
     const QStringList positions = {invariants,

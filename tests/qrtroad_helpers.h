@@ -11,6 +11,11 @@
 #include <QSlider>
 #include <QTabBar>
 
+// The options entry's name, and its value for a panel left at its defaults.
+inline const QString entry = "OKT_ZEBWRITE_OPTIONS=";
+inline const QString defaults = " fast_invar      strip_face ";
+inline const QString noSketch = "Missing Sketch File: You must supply a sketch filename. [OK]";
+
 // The widget whose object name is key, or whose text or tool tip starts with it.
 template <class W = QWidget> W* widget(QWidget* parent, const QString& key)
 {
@@ -25,8 +30,9 @@ template <class W = QWidget> W* widget(QWidget* parent, const QString& key)
 }
 
 // Settings separated by ";": "unitsCB=Full Set", "meshResSL=5",
-// "Nodes=1 3:10" (by tool tip), "sketchCombo=a.dat", "tab=1", or the start
-// of a check box text to click it: "Apply", "Rigid", "Remove Int", ...
+// "Nodes=1 3:10" (by tool tip), "sketchCombo=a.dat", "tab=1", "disabled" for
+// the whole panel, or the start of a check box text to click it: "Apply",
+// "Rigid", "Remove Int", ...
 inline void apply(QWidget* panel, const QString& settings)
 {
     for (const QString& setting : settings.split(';', Qt::SkipEmptyParts)) {
@@ -38,6 +44,8 @@ inline void apply(QWidget* panel, const QString& settings)
             widget<QSlider>(panel, key)->setValue(value.toInt());
         else if (key == "tab")
             panel->findChild<QTabBar*>()->setCurrentIndex(value.toInt());
+        else if (key == "disabled")
+            panel->setEnabled(false);
         else if (setting.contains('='))
             widget<QLineEdit>(panel, key)->setText(value);
         else
