@@ -33,47 +33,49 @@ QString wordClass(char delim)
     }
 }
 
-bool hasSurrogate(const QString& text)
+// The expression engine checks the subject as UTF-16 from where a search
+// starts to its end, and finds nothing at all when that holds a lone surrogate,
+// so searching the whole text costs its length every time. Instead search
+// growing pieces of it, copied with surrogates as U+FFFD, which then need no
+// check: the classes are sets of single ASCII characters, so a piece gives the
+// same indices, and a search costs about what it passes over.
+QString piece(const QString& text, qsizetype at, qsizetype size)
 {
-    for (QChar c : text)
-        if (c.isSurrogate())
-            return true;
-    return false;
-}
-
-// The expression engine checks the text as UTF-16 and finds nothing at all in
-// text with a lone surrogate, or from an index inside a pair. The classes hold
-// ASCII characters only, so searching a copy with the surrogates blanked out to
-// U+FFFD gives the same indices and the answer a character-wise search would.
-QString withoutSurrogates(QString text)
-{
-    for (QChar& c : text)
+    QString copy = text.mid(at, size);
+    for (QChar& c : copy)
         if (c.isSurrogate())
             c = QChar::ReplacementCharacter;
-    return text;
+    return copy;
 }
 
 int indexOfClass(const QRegularExpression& rx, const QString& text, int from)
 {
     // An invalid expression matches nothing; asking Qt would also print a warning.
-    if (!rx.isValid() || from < 0 || from >= text.size())
+    if (!rx.isValid() || from < 0)
         return -1;
-    qsizetype i = text.indexOf(rx, from);
-    if (i < 0 && hasSurrogate(text))
-        i = withoutSurrogates(text).indexOf(rx, from);
-    return int(i);
+    for (qsizetype at = from, size = 32; at < text.size(); at += size, size *= 2) {
+        const QRegularExpressionMatch m =
+            rx.match(piece(text, at, size), 0, QRegularExpression::NormalMatch,
+                     QRegularExpression::DontCheckSubjectStringMatchOption);
+        if (m.hasMatch())
+            return int(at + m.capturedStart());
+    }
+    return -1;
 }
 
 // The last match at or before `from`.
 int lastIndexOfClass(const QRegularExpression& rx, const QString& text, int from)
 {
-    // A negative start would count from the end.
     if (!rx.isValid() || from < 0 || from >= text.size())
         return -1;
-    qsizetype i = text.lastIndexOf(rx, from);
-    if (i < 0 && hasSurrogate(text))
-        i = withoutSurrogates(text).lastIndexOf(rx, from);
-    return int(i);
+    for (qsizetype end = from + 1, size = 32; end > 0; end -= size, size *= 2) {
+        const qsizetype at = qMax(end - size, qsizetype(0));
+        const QString part = piece(text, at, end - at);
+        const qsizetype i = part.lastIndexOf(rx, part.size() - 1);
+        if (i >= 0)
+            return int(at + i);
+    }
+    return -1;
 }
 
 } // namespace

@@ -20,6 +20,10 @@
 //
 // The step off the last word makes the iterator invalid for good; a fresh walk
 // needs a fresh iterator.
+//
+// Empty text gives pos, first and last -1 and length 0. A search for the first
+// or last word that gives up leaves first or last as it was, else -1. current()
+// gives a lone surrogate, like any character past Latin-1, as the character 0.
 class WORDITER_EXPORT wordIter
 {
 public:

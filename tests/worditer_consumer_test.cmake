@@ -27,19 +27,28 @@ if(NOT libs)
     message(FATAL_ERROR "no libworditer.so installed under ${prefix}")
 endif()
 
-# The library's interface is the class: no other symbol may leave it.
+# The library's interface is the class: its 17 operations (constructors and
+# destructors count once, though each comes in two variants) and nothing else.
 if(NM)
     list(GET libs 0 lib)
     run(${NM} -DC --defined-only ${lib})
-    string(REPLACE "\n" ";" symbols "${run_output}")
-    foreach(line IN LISTS symbols)
+    string(REPLACE "\n" ";" lines "${run_output}")
+    set(operations)
+    foreach(line IN LISTS lines)
         if(line MATCHES "^[0-9a-f]+ [A-Za-z] (.*)$")
             set(symbol "${CMAKE_MATCH_1}")
             if(NOT symbol MATCHES "^wordIter::")
                 message(FATAL_ERROR "exported symbol outside the class: ${symbol}")
             endif()
+            list(APPEND operations "${symbol}")
         endif()
     endforeach()
+    list(REMOVE_DUPLICATES operations)
+    list(LENGTH operations count)
+    if(NOT count EQUAL 17)
+        list(JOIN operations "\n  " listed)
+        message(FATAL_ERROR "${count} operations exported instead of 17:\n  ${listed}")
+    endif()
 endif()
 
 run(${CMAKE_COMMAND} -S ${SOURCE_DIR} -B ${build} -G ${GENERATOR}

@@ -1,34 +1,28 @@
-// Uses the installed word iterator the way another program would.
+// Uses the installed word iterator the way another program would, and calls
+// every operation, so that one the library does not export breaks the link.
 #include <worditer.h>
-
-#include <QStringList>
 
 #include <cstdio>
 
-static QStringList words(const QString& text, char delim)
-{
-    QStringList result;
-    wordIter it(text, delim);
-    if (it.isValid())
-        do
-            result << it.current();
-        while (++it);
-    return result;
-}
+struct Rebuilt : wordIter {
+    explicit Rebuilt(const QString& words) : wordIter(QString(), ';')
+    {
+        text = words;
+        init(',');
+        setDelim(' ');
+        refresh();
+        calcFirst();
+        calcLast();
+        toLast();
+        toFirst();
+    }
+};
 
 int main()
 {
-    const QStringList got = words(QStringLiteral("  load  $(file).dat   run(2) "), ' ');
-    const QStringList want{"load", "$(file).dat", "run(2)"};
-    for (const QString& word : got)
-        std::printf("%s\n", qPrintable(word));
-
-    wordIter it(QStringLiteral("a,b,,c"), ',');
-    wordIter copy(it);
-    ++copy;
-    it = copy;
-    const bool ok = got == want && it.count() == 3 && it.current() == QLatin1String("b") &&
-                    words(QStringLiteral("a b"), ';').isEmpty();
-    std::printf("%s\n", ok ? "ok" : "MISMATCH");
-    return ok ? 0 : 1;
+    wordIter it = Rebuilt(QStringLiteral("  load  $(file).dat   run(2) "));
+    it = wordIter(it);
+    for (bool more = it.isValid(); more; more = ++it)
+        std::printf("%s%s\n", qPrintable(it.current()), it.atLast() ? " (last)" : "");
+    return it.count() == 3 && !it.isValid() && it.atFirst() ? 0 : 1;
 }
