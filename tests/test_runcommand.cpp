@@ -17,114 +17,67 @@ class TestRunCommand : public QObject
     Q_OBJECT
 
 private slots:
-    void batchFileBytes();
-    void runOutcome_data();
-    void runOutcome();
-    void nothingRuns_data();
-    void nothingRuns();
+    void run_data();
+    void run();
 };
 
-void TestRunCommand::batchFileBytes()
+void TestRunCommand::run_data()
 {
-    ScratchDir dir;
-    Standins standins(dir.path());
-    DialogAnswerer answers;
-    QVERIFY(!runCommand("true \"b c\" a-rather-long-tail", "Translating QRT to ZEB ..."));
-    // A second, shorter run replaces the file whole; the file stays behind.
-    QVERIFY(!runCommand("true \"b c\"", "Translating QRT to ZEB ..."));
-    QCOMPARE(dir.read("runtamsel.bat"), QByteArray("@echo off\n"
-                                                   "echo Begin Translating QRT to ZEB ...\n"
-                                                   "echo.\n"
-                                                   "echo command : true \"b c\"\n"
-                                                   "echo.\n"
-                                                   "true \"b c\"\n"
-                                                   "echo.\n"
-                                                   "echo End Translating QRT to ZEB ...\n"
-                                                   "echo.\n"
-                                                   "pause\n"));
-    // Title and command go in as the locale's 8-bit text, unquoted.
-    QVERIFY(!runCommand("true Träger 1.out", "Ä"));
-    QVERIFY(dir.read("runtamsel.bat").contains("echo command : true Träger 1.out\n"));
-    QVERIFY(dir.read("runtamsel.bat").contains("echo End Ä\n"));
-    VERIFY_DIALOGS(answers);
+    QTest::addColumn<QString>("where"); // "locked": read-only, "bat dir": the batch name is taken
+    QTest::addColumn<QString>("tail");  // after the translator's command line
+    QTest::addColumn<int>("outcome");   // failed: the translator exits 3
+    QTest::addColumn<QString>("named"); // in the message when nothing runs
+    const int ok = RunResult::Succeeded, failed = RunResult::Failed, notRun = RunResult::NotRun;
+    // clang-format off
+    QTest::newRow("translator exits 0")        << ""        << ""                 << ok     << "";
+    QTest::newRow("translator exits 3")        << ""        << ""                 << failed << "";
+    QTest::newRow("directory not writable")    << "locked"  << ""                 << notRun << "%d is not writable";
+    QTest::newRow("batch name is a directory") << "bat dir" << ""                 << notRun << "%d/runtamsel.bat";
+    QTest::newRow("line break in the command") << ""        << "\ntouch INJECTED" << notRun << "line break";
+    // clang-format on
 }
 
-void TestRunCommand::runOutcome_data()
-{
-    QTest::addColumn<int>("standinStatus");
-    QTest::addColumn<int>("outcome");
-
-    QTest::newRow("translator exits 0") << 0 << int(RunResult::Succeeded);
-    QTest::newRow("translator exits 3") << 3 << int(RunResult::Failed);
-}
-
-void TestRunCommand::runOutcome()
-{
-    QFETCH(int, standinStatus);
-    QFETCH(int, outcome);
-    ScratchDir dir;
-    Standins standins(dir.path());
-    Standins::setStatus(standinStatus);
-    QVERIFY(QDir(dir.path()).mkdir("Übung"));
-    QVERIFY(dir.write("Übung/Träger 1.out", "QRT\n"));
-    const QString input = dir.filePath("Übung/Träger 1.out");
-    DialogAnswerer answers;
-    const RunResult result = runCommand(
-        QString("\"%1\" \"%2\"").arg(Standins::program("qrt2zeb-standin"), input), "Testing ...");
-    VERIFY_DIALOGS(answers);
-    QCOMPARE(int(result.outcome()), outcome);
-    QCOMPARE(bool(result), outcome == RunResult::Failed);
-    const auto runs = standins.runs();
-    QCOMPARE(runs.size(), 1);
-    QCOMPARE(runs[0].args, QStringList{input});
-    QCOMPARE(runs[0].cwd, dir.path());
-}
-
-void TestRunCommand::nothingRuns_data()
-{
-    QTest::addColumn<QString>("where");
-    QTest::addColumn<QString>("command");
-    QTest::addColumn<QString>("named");
-
-    const QString translator = "\"%1/qrt2zeb-standin\" x";
-    QTest::newRow("directory not writable") << "read-only" << translator << "%d";
-    QTest::newRow("batch file cannot be opened")
-        << "batch-is-dir" << translator << "%d/runtamsel.bat";
-    QTest::newRow("line break in the command") << "" << translator + "\ntouch INJECTED"
-                                               << "line break";
-}
-
-void TestRunCommand::nothingRuns()
+void TestRunCommand::run()
 {
     QFETCH(QString, where);
-    QFETCH(QString, command);
+    QFETCH(QString, tail);
+    QFETCH(int, outcome);
     QFETCH(QString, named);
     ScratchDir scratch;
     Standins standins(scratch.path());
-    QVERIFY(scratch.write("x", "QRT\n"));
+    Standins::setStatus(outcome == RunResult::Failed ? 3 : 0);
     ReadOnlyDir locked;
-    QString dir = scratch.path();
-    if (where == "read-only") {
-        QVERIFY2(locked.isValid(), "cannot make a directory read-only here");
-        dir = locked.path();
-    } else if (where == "batch-is-dir") {
-        QVERIFY(QDir(dir).mkdir("runtamsel.bat"));
-    }
-    QVERIFY(QDir::setCurrent(dir));
+    QVERIFY2(where != "locked" || locked.isValid(), "cannot make a directory read-only here");
+    const QString dir = where == "locked" ? locked.path() : scratch.path();
+    QVERIFY(QDir().mkdir("Übung") && scratch.write("Übung/Träger 1.out", "QRT\n"));
+    // A longer file from before is replaced whole.
+    QVERIFY(where == "bat dir" ? QDir().mkdir("runtamsel.bat")
+                               : scratch.write("runtamsel.bat", QByteArray(2000, 'x')));
+    const QString input = scratch.filePath("Übung/Träger 1.out");
+    const QString command = '"' + Standins::program("qrt2zeb-standin") + "\" \"" + input + '"';
     DialogAnswerer answers;
-    answers.pressButton("OK");
-    const RunResult result = runCommand(command.replace("%1", Standins::binDir()), "T");
+    if (!named.isEmpty())
+        answers.pressButton("OK");
+    QVERIFY(QDir::setCurrent(dir));
+    const RunResult result = runCommand(command + tail, "Prüfen ...");
     QDir::setCurrent(scratch.path());
     VERIFY_DIALOGS(answers);
-    QCOMPARE(int(result.outcome()), int(RunResult::NotRun));
-    QVERIFY(!result);
-    QVERIFY(standins.runs().isEmpty());
-    QVERIFY(!QFile::exists(scratch.filePath("INJECTED")));
-    const auto& box = answers.seen().constFirst();
-    QCOMPARE(box.title, QString("Unable To Run"));
-    QCOMPARE(box.icon, int(QMessageBox::Warning));
-    QCOMPARE(box.buttons, QStringList{"OK"});
-    QVERIFY2(box.text.contains(named.replace("%d", dir)), qPrintable(box.text));
+    QCOMPARE(int(result.outcome()), outcome);
+    const auto runs = standins.runs();
+    if (!named.isEmpty()) {
+        QVERIFY(runs.isEmpty() && !QFile::exists(scratch.filePath("INJECTED")));
+        const auto& box = answers.seen().constFirst();
+        QCOMPARE(box.title + " " + box.buttons.join(','), QString("Unable To Run OK"));
+        QCOMPARE(box.icon, int(QMessageBox::Warning));
+        QVERIFY2(box.text.contains(named.replace("%d", dir)), qPrintable(box.text));
+        return;
+    }
+    QCOMPARE(runs.size(), 1);
+    QCOMPARE(runs[0].args, QStringList{input});
+    // Title and command go in as the locale's 8-bit text, as they stand.
+    const QString batch = "@echo off\necho Begin Prüfen ...\necho.\necho command : %1\necho.\n"
+                          "%1\necho.\necho End Prüfen ...\necho.\npause\n";
+    QCOMPARE(scratch.read("runtamsel.bat"), batch.arg(command).toLocal8Bit());
 }
 
 QTEST_MAIN(TestRunCommand)

@@ -2,14 +2,44 @@
 
 #include <QAbstractButton>
 #include <QApplication>
-#include <QDeadlineTimer>
 #include <QFileDialog>
-#include <QFileInfo>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTest>
+
+namespace
+{
+
+void reject(QWidget* w)
+{
+    if (auto* d = qobject_cast<QDialog*>(w))
+        d->done(QDialog::Rejected);
+    else if (w)
+        w->hide();
+}
+
+void choose(QFileDialog* dialog, const QStringList& paths)
+{
+    auto* edit = dialog->findChild<QLineEdit*>("fileNameEdit");
+    if (paths.value(0).isEmpty() || !edit) { // a cancel
+        if (!paths.value(1).isEmpty())
+            dialog->setDirectory(paths.value(1));
+        return dialog->reject();
+    }
+    const QFileInfo first(paths[0]);
+    QStringList names;
+    for (const QString& p : paths)
+        names.append('"' + QFileInfo(p).fileName() + '"');
+    // As a user does: go to the folder, then type the names; a folder whole.
+    if (!first.isDir())
+        dialog->setDirectory(first.absolutePath());
+    edit->setText(paths.size() > 1 ? names.join(' ') : first.isDir() ? paths[0] : first.fileName());
+    QMetaObject::invokeMethod(dialog, "accept");
+}
+
+} // namespace
 
 DialogAnswerer::DialogAnswerer()
 {
@@ -21,218 +51,101 @@ DialogAnswerer::~DialogAnswerer()
 {
     // A dialog still open here would block whoever comes next.
     for (QWidget* w = QApplication::activeModalWidget(); w; w = QApplication::activeModalWidget()) {
-        if (auto* d = qobject_cast<QDialog*>(w))
-            d->done(QDialog::Rejected);
-        else
-            w->close();
+        reject(w);
         QCoreApplication::processEvents();
         if (QApplication::activeModalWidget() == w)
             break;
     }
 }
 
-DialogAnswerer& DialogAnswerer::pressButton(const QString& text)
+DialogAnswerer& DialogAnswerer::expect(const QString& kind, const QStringList& values,
+                                       Action action)
 {
-    answers.append({"message", {text}, {}});
-    return *this;
-}
-
-DialogAnswerer& DialogAnswerer::chooseFiles(const QStringList& paths)
-{
-    answers.append({"file", paths, {}});
-    return *this;
-}
-
-DialogAnswerer& DialogAnswerer::cancelFileDialog(const QString& wanderTo)
-{
-    answers.append({"file", {}, {}});
-    answers.last().values = QStringList{} << QString() << wanderTo;
-    return *this;
-}
-
-DialogAnswerer& DialogAnswerer::chooseMenuEntry(const QString& text)
-{
-    answers.append({"menu", {text}, {}});
-    return *this;
-}
-
-DialogAnswerer& DialogAnswerer::handleDialog(std::function<void(QWidget*)> action)
-{
-    answers.append({"dialog", {}, std::move(action)});
+    answers.append({kind, values, std::move(action)});
     return *this;
 }
 
 bool DialogAnswerer::waitUntilDone(int timeoutMs)
 {
-    QDeadlineTimer deadline(timeoutMs);
-    while (!answers.isEmpty() && !deadline.hasExpired())
-        QTest::qWait(10);
-    return answers.isEmpty() && unexpectedDialogs.isEmpty();
+    return QTest::qWaitFor([this] { return answers.isEmpty(); }, timeoutMs) &&
+           unexpectedDialogs.isEmpty();
 }
 
 void DialogAnswerer::poll()
 {
-    QWidget* w = QApplication::activePopupWidget();
-    if (!w)
-        w = QApplication::activeModalWidget();
+    QWidget* const popup = QApplication::activePopupWidget();
+    QWidget* w = popup ? popup : QApplication::activeModalWidget();
     if (!w || !w->isVisible())
         return;
     if (handled.contains(QPointer<QWidget>(w))) {
         // An answer that did not close its dialog must not leave it hanging.
         if (++stuckPolls > 300) {
             stuckPolls = 0;
-            dismiss(w, QString("%1 \"%2\" stayed open after its answer")
-                           .arg(w->metaObject()->className(), w->windowTitle()));
+            dismiss(w, w->windowTitle() + " stayed open after its answer");
         }
         return;
     }
     stuckPolls = 0;
     handled.append(w);
-    if (qobject_cast<QMenu*>(w))
-        answerMenu(w);
-    else if (qobject_cast<QMessageBox*>(w))
-        answerMessage(w);
-    else if (qobject_cast<QFileDialog*>(w))
-        answerFile(w);
-    else
-        answerOther(w);
+    const Seen seen = record(w);
+    const QString what =
+        QString("%1 \"%2\" %3 [%4]")
+            .arg(w->metaObject()->className(), seen.title, seen.text, seen.buttons.join(", "));
+    if (answers.isEmpty() || answers.first().kind != seen.kind)
+        return dismiss(w, what);
+    const Answer next = answers.takeFirst();
+    const int entry = seen.buttons.indexOf(next.values.value(0));
+    if ((seen.kind == "message" || seen.kind == "menu") && entry < 0)
+        return dismiss(w, what + " has no " + next.values.value(0));
+    // Acting later lets this poll return first, so nested dialogs are seen.
+    QTimer::singleShot(0, this, [w = QPointer<QWidget>(w), next, entry] {
+        if (!w)
+            return;
+        if (next.kind == "menu") {
+            auto* menu = static_cast<QMenu*>(w.data());
+            menu->setActiveAction(menu->actions().value(entry));
+            QTest::keyClick(menu, Qt::Key_Return);
+        } else if (next.kind == "message") {
+            static_cast<QMessageBox*>(w.data())->buttons().value(entry)->click();
+        } else if (next.kind == "file") {
+            choose(static_cast<QFileDialog*>(w.data()), next.values);
+        } else {
+            next.action(w);
+        }
+    });
+}
+
+DialogAnswerer::Seen DialogAnswerer::record(QWidget* w)
+{
+    Seen s;
+    s.kind = "dialog";
+    s.title = w->windowTitle();
+    s.parent = w->parentWidget();
+    s.parentClass = s.parent ? s.parent->metaObject()->className() : "";
+    if (auto* menu = qobject_cast<QMenu*>(w)) {
+        s.kind = "menu";
+        s.title = menu->objectName();
+        for (QAction* a : menu->actions())
+            s.buttons.append(a->text());
+    } else if (auto* box = qobject_cast<QMessageBox*>(w)) {
+        s.kind = "message";
+        s.text = box->text();
+        s.icon = box->icon();
+        for (QAbstractButton* b : box->buttons())
+            s.buttons.append(b->text());
+        s.defaultButton = box->defaultButton() ? box->defaultButton()->text() : "";
+    } else if (auto* dialog = qobject_cast<QFileDialog*>(w)) {
+        s.kind = "file";
+        s.filters = dialog->nameFilters();
+        s.directory = dialog->directory().absolutePath();
+        s.fileMode = dialog->fileMode();
+    }
+    seenDialogs.append(s);
+    return s;
 }
 
 void DialogAnswerer::dismiss(QWidget* w, const QString& why)
 {
     unexpectedDialogs.append(why);
-    QPointer<QWidget> guard(w);
-    // Acting later lets this poll return first, so nested dialogs are seen.
-    QTimer::singleShot(0, this, [guard] {
-        if (auto* d = qobject_cast<QDialog*>(guard.data()))
-            d->done(QDialog::Rejected);
-        else if (guard)
-            guard->hide();
-    });
-}
-
-void DialogAnswerer::answerMessage(QWidget* w)
-{
-    auto* box = static_cast<QMessageBox*>(w);
-    Seen seen;
-    seen.kind = "message";
-    seen.title = box->windowTitle();
-    seen.text = box->text();
-    seen.icon = box->icon();
-    seen.parent = box->parentWidget();
-    seen.parentClass = seen.parent ? seen.parent->metaObject()->className() : "";
-    for (QAbstractButton* b : box->buttons())
-        seen.buttons.append(b->text());
-    if (box->defaultButton())
-        seen.defaultButton = box->defaultButton()->text();
-    seenDialogs.append(seen);
-
-    if (answers.isEmpty() || answers.first().kind != "message")
-        return dismiss(w, "message box \"" + seen.title + "\": " + seen.text);
-    const QString wanted = answers.takeFirst().values.value(0);
-    QAbstractButton* button = nullptr;
-    for (QAbstractButton* b : box->buttons()) {
-        if (b->text() == wanted)
-            button = b;
-    }
-    if (!button)
-        return dismiss(w, "message box \"" + seen.title + "\" has no button " + wanted);
-    QPointer<QAbstractButton> guard(button);
-    QTimer::singleShot(0, this, [guard] {
-        if (guard)
-            guard->click();
-    });
-}
-
-void DialogAnswerer::answerFile(QWidget* w)
-{
-    auto* dialog = static_cast<QFileDialog*>(w);
-    Seen seen;
-    seen.kind = "file";
-    seen.title = dialog->windowTitle();
-    seen.filters = dialog->nameFilters();
-    seen.directory = dialog->directory().absolutePath();
-    seen.fileMode = dialog->fileMode();
-    seen.parent = dialog->parentWidget();
-    seen.parentClass = seen.parent ? seen.parent->metaObject()->className() : "";
-    seenDialogs.append(seen);
-
-    if (answers.isEmpty() || answers.first().kind != "file")
-        return dismiss(w, "file dialog \"" + seen.title + "\"");
-    const QStringList paths = answers.takeFirst().values;
-    QPointer<QFileDialog> guard(dialog);
-    QTimer::singleShot(0, this, [guard, paths] {
-        if (!guard)
-            return;
-        if (paths.value(0).isEmpty()) { // a cancel
-            if (!paths.value(1).isEmpty())
-                guard->setDirectory(paths.value(1));
-            guard->reject();
-            return;
-        }
-        auto* edit = guard->findChild<QLineEdit*>("fileNameEdit");
-        if (!edit)
-            return guard->reject();
-        if (paths.size() == 1 && QFileInfo(paths.first()).isDir()) {
-            edit->setText(paths.first());
-        } else if (paths.size() == 1) {
-            // As a user does: go to the folder, then type the name.
-            guard->setDirectory(QFileInfo(paths.first()).absolutePath());
-            edit->setText(QFileInfo(paths.first()).fileName());
-        } else {
-            guard->setDirectory(QFileInfo(paths.first()).absolutePath());
-            QStringList quoted;
-            for (const QString& p : paths)
-                quoted.append('"' + QFileInfo(p).fileName() + '"');
-            edit->setText(quoted.join(' '));
-        }
-        QMetaObject::invokeMethod(guard.data(), "accept");
-    });
-}
-
-void DialogAnswerer::answerMenu(QWidget* w)
-{
-    auto* menu = static_cast<QMenu*>(w);
-    Seen seen;
-    seen.kind = "menu";
-    seen.title = menu->objectName();
-    for (QAction* a : menu->actions())
-        seen.buttons.append(a->text());
-    seenDialogs.append(seen);
-
-    if (answers.isEmpty() || answers.first().kind != "menu")
-        return dismiss(w, "menu " + seen.buttons.join(", "));
-    const QString wanted = answers.takeFirst().values.value(0);
-    QAction* action = nullptr;
-    for (QAction* a : menu->actions()) {
-        if (a->text() == wanted)
-            action = a;
-    }
-    if (!action)
-        return dismiss(w, "menu has no entry " + wanted);
-    QPointer<QMenu> guard(menu);
-    QTimer::singleShot(0, this, [guard, action] {
-        if (!guard)
-            return;
-        guard->setActiveAction(action);
-        QTest::keyClick(guard.data(), Qt::Key_Return);
-    });
-}
-
-void DialogAnswerer::answerOther(QWidget* w)
-{
-    Seen seen;
-    seen.kind = "dialog";
-    seen.title = w->windowTitle();
-    seen.parent = w->parentWidget();
-    seen.parentClass = seen.parent ? seen.parent->metaObject()->className() : "";
-    seenDialogs.append(seen);
-    if (answers.isEmpty() || answers.first().kind != "dialog")
-        return dismiss(w, "dialog \"" + seen.title + "\" (" + w->metaObject()->className() + ")");
-    auto action = answers.takeFirst().action;
-    QPointer<QWidget> guard(w);
-    QTimer::singleShot(0, this, [guard, action] {
-        if (guard)
-            action(guard.data());
-    });
+    QTimer::singleShot(0, this, [guard = QPointer<QWidget>(w)] { reject(guard); });
 }

@@ -11,18 +11,18 @@ class QWidget;
 
 // Answers the modal dialogs and popup menus a test expects, in order, and
 // closes any other so that no test ever hangs on one. What it saw is kept
-// for the test to look at; check() fails the test when an answer was not
-// used or an unexpected dialog came.
+// for the test to look at.
 class DialogAnswerer : public QObject
 {
     Q_OBJECT
 
 public:
+    using Action = std::function<void(QWidget*)>;
     struct Seen {
         QString kind;              // "message", "file", "menu" or "dialog"
-        QString title;             // window title
+        QString title;             // window title; a menu's object name
         QString text;              // message text
-        QStringList buttons;       // message box buttons, in order
+        QStringList buttons;       // message box buttons or menu entries, in order
         QString defaultButton;     // text of the default button
         int icon = 0;              // QMessageBox::Icon
         QStringList filters;       // file dialog name filters
@@ -36,16 +36,16 @@ public:
     ~DialogAnswerer() override;
 
     // The next message box: press the button with this text.
-    DialogAnswerer& pressButton(const QString& text);
-    // The next file dialog: choose these paths (empty: cancel).
-    DialogAnswerer& chooseFiles(const QStringList& paths);
+    DialogAnswerer& pressButton(const QString& text) { return expect("message", {text}); }
+    // The next file dialog: choose these paths.
+    DialogAnswerer& chooseFiles(const QStringList& paths) { return expect("file", paths); }
     DialogAnswerer& chooseFile(const QString& path) { return chooseFiles({path}); }
     // The next file dialog: cancel, after going to this folder if given.
-    DialogAnswerer& cancelFileDialog(const QString& wanderTo = QString());
+    DialogAnswerer& cancelFileDialog(const QString& to = "") { return expect("file", {"", to}); }
     // The next popup menu: trigger the entry with this text.
-    DialogAnswerer& chooseMenuEntry(const QString& text);
+    DialogAnswerer& chooseMenuEntry(const QString& text) { return expect("menu", {text}); }
     // The next other modal dialog: let the test act on it.
-    DialogAnswerer& handleDialog(std::function<void(QWidget*)> action);
+    DialogAnswerer& handleDialog(Action action) { return expect("dialog", {}, action); }
 
     const QList<Seen>& seen() const { return seenDialogs; }
     QStringList unexpected() const { return unexpectedDialogs; }
@@ -58,14 +58,12 @@ private:
     struct Answer {
         QString kind;
         QStringList values;
-        std::function<void(QWidget*)> action;
+        Action action;
     };
 
+    DialogAnswerer& expect(const QString& kind, const QStringList& values, Action action = {});
     void poll();
-    void answerMessage(QWidget* w);
-    void answerFile(QWidget* w);
-    void answerMenu(QWidget* w);
-    void answerOther(QWidget* w);
+    Seen record(QWidget* w);
     void dismiss(QWidget* w, const QString& why);
 
     QTimer timer;

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QString>
+#include <QDir>
+#include <QFile>
 #include <QTemporaryDir>
 
 // Runs a test in a fresh temporary working directory and goes back to the
@@ -9,17 +10,24 @@
 class ScratchDir
 {
 public:
-    ScratchDir();
-    ~ScratchDir();
+    ScratchDir() { QDir::setCurrent(dir.path()); }
+    ~ScratchDir() { QDir::setCurrent(previous); }
 
     QString path() const { return dir.path(); }
     QString filePath(const QString& name) const { return dir.filePath(name); }
-    bool isValid() const { return dir.isValid(); }
-
-    QByteArray read(const QString& name) const;
-    bool write(const QString& name, const QByteArray& bytes) const;
+    QByteArray read(const QString& name) const
+    {
+        QFile f(filePath(name));
+        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+    }
+    bool write(const QString& name, const QByteArray& bytes, bool executable = false) const
+    {
+        QFile f(filePath(name));
+        return f.open(QIODevice::WriteOnly) && f.write(bytes) == bytes.size() &&
+               (!executable || f.setPermissions(f.permissions() | QFile::ExeOwner));
+    }
 
 private:
-    QString previous;
+    QString previous = QDir::currentPath();
     QTemporaryDir dir;
 };

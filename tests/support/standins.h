@@ -6,31 +6,29 @@
 
 // The stand-in translators wired through the environment for one test: the
 // two translator variables name them, the console runs inline, and every run
-// is recorded in a log this object reads back.
+// is recorded in a log this object reads back. The variables a test may
+// change are put back afterwards.
 class Standins
 {
 public:
     struct Run {
-        QString program;
+        QString program, options, cwd;
         QStringList args;
         bool optionsSet = false;
-        QString options;
-        QString cwd;
     };
 
     explicit Standins(const QString& logDir);
     ~Standins();
 
-    static QString binDir();
-    static QString examplesDir();
-    static QString program(const QString& name);
+    static QString binDir() { return qEnvironmentVariable("TAMSEL_BIN_DIR"); }
+    static QString examplesDir() { return qEnvironmentVariable("TAMSEL_EXAMPLES_DIR"); }
+    static QString program(const QString& name) { return binDir() + "/" + name; }
+    // The exit status the stand-ins end with from now on.
+    static void setStatus(int s) { qputenv("TAMSEL_STANDIN_STATUS", QByteArray::number(s)); }
 
     QList<Run> runs() const;
 
-    // The exit status the stand-ins end with from now on.
-    static void setStatus(int status);
-
 private:
     QString log;
-    QStringList saved;
+    QList<QByteArray> saved;
 };
