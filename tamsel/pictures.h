@@ -2,6 +2,9 @@
 
 #include <QPixmap>
 
+class QPushButton;
+class QWidget;
+
 // Button pictures shared by the translator tabs.
 namespace pictures
 {
@@ -12,5 +15,8 @@ QPixmap runButton();
 
 // The button that saves the write options to a script file.
 QPixmap scriptButton();
+
+// A start button of a translator tab: the run picture, 40 by 40.
+QPushButton* runPushButton(QWidget* parent, const QString& toolTip);
 
 } // namespace pictures

@@ -39,11 +39,7 @@ QRTZEBLator::QRTZEBLator(QWidget* parent, const char* name) : QWidget(parent)
     inputRow->addWidget(inputFile, 10);
     inputRow->addStretch(10);
 
-    translatePB = new QPushButton(this);
-    translatePB->setIcon(QIcon(pictures::runButton()));
-    translatePB->setIconSize(QSize(32, 32));
-    translatePB->setFixedSize(40, 40);
-    translatePB->setToolTip("Begin Translatiion");
+    translatePB = pictures::runPushButton(this, "Begin Translatiion");
     inputRow->addWidget(translatePB, 10, Qt::AlignCenter);
     inputRow->addStretch(1);
 

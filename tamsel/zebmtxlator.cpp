@@ -158,11 +158,7 @@ QBoxLayout* ZEBMTXLator::createFileRow(const QFont& bold)
     row->addWidget(outputLE, 10);
     row->addStretch(1);
 
-    translatePB = new QPushButton(this);
-    translatePB->setIcon(QIcon(pictures::runButton()));
-    translatePB->setIconSize(QSize(32, 32));
-    translatePB->setFixedSize(40, 40);
-    translatePB->setToolTip("Begin Translation");
+    translatePB = pictures::runPushButton(this, "Begin Translation");
     row->addWidget(translatePB, 2, Qt::AlignCenter);
     row->addStretch(1);
     return row;
@@ -197,6 +193,21 @@ QGroupBox* ZEBMTXLator::createUnitsBox(const QFont& bold)
     return box;
 }
 
+// A list's label in row, its line edit under it; both carry the tool tip.
+QLineEdit* ZEBMTXLator::addListRow(QGroupBox* box, QGridLayout* grid, int row, const char* label,
+                                   const char* name, const char* tip)
+{
+    QLabel* title = fixedLabel(label, box);
+    title->setToolTip(tip);
+    grid->addWidget(title, row, 1);
+    auto* edit = new QLineEdit(box);
+    edit->setObjectName(name);
+    edit->setFixedSize(200, 25);
+    edit->setToolTip(tip);
+    grid->addWidget(edit, row + 1, 1, 1, 3);
+    return edit;
+}
+
 QGroupBox* ZEBMTXLator::createNodesModesBox(const QFont& bold)
 {
     auto* box = new QGroupBox("Nodes/Modes", this);
@@ -204,24 +215,9 @@ QGroupBox* ZEBMTXLator::createNodesModesBox(const QFont& bold)
     box->setAlignment(Qt::AlignHCenter);
     QGridLayout* grid = boxGrid(box, {1, 4, 4, 1, 4, 4, 1}, {1, 6, 6, 6, 1, 4, 1});
 
-    QLabel* nodeLabel = fixedLabel("Node ID List", box);
-    nodeLabel->setToolTip(nodeTip);
-    grid->addWidget(nodeLabel, 1, 1);
-    nodeIDs = new QLineEdit(box);
-    nodeIDs->setObjectName("nodeIDs");
-    nodeIDs->setFixedSize(200, 25);
-    nodeIDs->setToolTip(nodeTip);
-    grid->addWidget(nodeIDs, 2, 1, 1, 3);
+    nodeIDs = addListRow(box, grid, 1, "Node ID List", "nodeIDs", nodeTip);
     nodesIncludeRB = addIncludeExclude(box, 1);
-
-    QLabel* modeLabel = fixedLabel("Mode Number List", box);
-    modeLabel->setToolTip(modeTip);
-    grid->addWidget(modeLabel, 4, 1);
-    modeList = new QLineEdit(box);
-    modeList->setObjectName("modeList");
-    modeList->setFixedSize(200, 25);
-    modeList->setToolTip(modeTip);
-    grid->addWidget(modeList, 5, 1, 1, 3);
+    modeList = addListRow(box, grid, 4, "Mode Number List", "modeList", modeTip);
     modesIncludeRB = addIncludeExclude(box, 4);
     return box;
 }

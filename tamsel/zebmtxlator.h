@@ -6,6 +6,7 @@ class BodyIndexField;
 class QBoxLayout;
 class QCheckBox;
 class QComboBox;
+class QGridLayout;
 class QGroupBox;
 class QLineEdit;
 class QMFileLineEdit;
@@ -38,6 +39,8 @@ private:
     QGroupBox* createUnitsBox(const QFont& bold);
     QGroupBox* createNodesModesBox(const QFont& bold);
     QRadioButton* addIncludeExclude(QGroupBox* box, int row);
+    QLineEdit* addListRow(QGroupBox* box, QGridLayout* grid, int row, const char* label,
+                          const char* name, const char* tip);
     QString commandLine(const QString& output) const;
     bool outputMayBeWritten(const QString& output);
 
