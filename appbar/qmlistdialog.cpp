@@ -1,5 +1,7 @@
 #include "qmlistdialog.h"
 
+#include "dialogheading.h"
+
 #include <QAbstractTextDocumentLayout>
 #include <QApplication>
 #include <QBoxLayout>
@@ -34,7 +36,6 @@ QMListDialog::QMListDialog(const QString& text, QWidget* parent, const char* /*n
     setObjectName("ListDialog");
     setModal(modal);
 
-    QFont headingFont(QApplication::font().family(), 12, QFont::Bold, false);
     const int fh = QFontMetrics(QApplication::font()).height();
 
     auto* layout = new QBoxLayout(QBoxLayout::TopToBottom, this);
@@ -42,12 +43,7 @@ QMListDialog::QMListDialog(const QString& text, QWidget* parent, const char* /*n
     layout->setSpacing(-1);
     layout->addStretch(1);
 
-    auto* label = new QLabel("Output Report Files Generated: ", this);
-    label->setObjectName("ReportFileLabel");
-    label->setFont(headingFont);
-    label->setFixedSize(label->sizeHint());
-    layout->addWidget(label, 4, Qt::AlignHCenter);
-    layout->addStretch(1);
+    QLabel* label = addDialogHeading(layout, "Output Report Files Generated: ", this);
 
     auto* edit = new QTextEdit(this);
     edit->setObjectName("TextEdit");

@@ -1,5 +1,7 @@
 #include "cdbindexdialog.h"
 
+#include "dialogheading.h"
+
 #include "zeb.h"
 
 #include <QApplication>
@@ -16,18 +18,11 @@ QCDBIndexDialog::QCDBIndexDialog(QWidget* parent, const char*, QString dbFile)
     : QDialog(parent), dbFile(dbFile)
 {
     setObjectName("ListDialog");
-    const QFont defaultFont = QApplication::font();
-    const QFont headingFont(defaultFont.family(), 12, QFont::Bold, false);
-    const int fh = QFontMetrics(defaultFont).height();
+    const int fh = QFontMetrics(QApplication::font()).height();
 
     auto* mainLayout = new QVBoxLayout(this);
     mainLayout->addStretch(1);
-    auto* label = new QLabel("Select a flexible body from the HX DB: ", this);
-    label->setObjectName("ReportFileLabel");
-    label->setFont(headingFont);
-    label->setFixedSize(label->sizeHint());
-    mainLayout->addWidget(label, 4, Qt::AlignHCenter);
-    mainLayout->addStretch(1);
+    QLabel* label = addDialogHeading(mainLayout, "Select a flexible body from the HX DB: ", this);
 
     bodyList = new QTreeWidget(this);
     bodyList->setLineWidth(1);
@@ -45,18 +40,19 @@ QCDBIndexDialog::QCDBIndexDialog(QWidget* parent, const char*, QString dbFile)
     mainLayout->addStretch(1);
     mainLayout->addStretch(1);
 
+    // Both buttons take the size of "Select".
     auto* buttonRow = new QHBoxLayout;
     auto* selectButton = new QPushButton("Select", this);
-    selectButton->setObjectName("Select the highlighted flexbody");
-    selectButton->setFixedSize(selectButton->sizeHint());
-    buttonRow->addWidget(selectButton, 4, Qt::AlignHCenter);
-    buttonRow->addStretch(1);
+    const auto addButton = [&](QPushButton* button, const char* name) {
+        button->setObjectName(name);
+        button->setFixedSize(selectButton->sizeHint());
+        buttonRow->addWidget(button, 4, Qt::AlignHCenter);
+        buttonRow->addStretch(1);
+    };
+    addButton(selectButton, "Select the highlighted flexbody");
     connect(selectButton, &QPushButton::clicked, this, &QCDBIndexDialog::processSelect);
     auto* cancelButton = new QPushButton("Cancel", this);
-    cancelButton->setObjectName("Cancel");
-    cancelButton->setFixedSize(selectButton->sizeHint());
-    buttonRow->addWidget(cancelButton, 4, Qt::AlignHCenter);
-    buttonRow->addStretch(1);
+    addButton(cancelButton, "Cancel");
     connect(cancelButton, &QPushButton::clicked, this, &QDialog::reject);
     mainLayout->addLayout(buttonRow, 0);
     mainLayout->activate();
