@@ -2,7 +2,9 @@
 
 #include "qrtzeblator.h"
 #include "zeb.h"
+#include "zebbrowser.h"
 #include "zebmtxlator.h"
+#include "zebzebopt.h"
 
 #include <QApplication>
 #include <QBoxLayout>
@@ -91,10 +93,14 @@ void Tamsel::addTab(QWidget* tab, const QString& caption)
 
 void Tamsel::createTabs()
 {
+    zebBrowser = new ZEBBrowser(this, "ZEBBrowser");
+    addTab(zebBrowser, "ZEB Browser");
     zebMtxLator = new ZEBMTXLator(this, "ZEBMTXLator");
     addTab(zebMtxLator, "ZEB->MTX Translator");
     qrtZebLator = new QRTZEBLator(this, "QRTZEBLator");
     addTab(qrtZebLator, "QRT->ZEB Translator");
+    zebZebOpt = new ZEBZEBOpt(this, "ZEBZEBOpt");
+    addTab(zebZebOpt, "ZEB->ZEB Optimizer");
     connect(tabs, &QTabWidget::currentChanged, this,
             [this](int index) { emit selected(tabs->tabText(index)); });
 }

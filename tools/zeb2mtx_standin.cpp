@@ -1,8 +1,11 @@
 // Stand-in for the ZEB2MTX translator. It records its command line and says
 // what it was asked to do. Asked for a matrix file (-o FILE), it checks the
 // input and writes FILE as a short text that records the request; it does
-// not translate anything.
+// not translate anything. Asked for a report (-d FILE), it writes the report
+// of one block, or of the whole file, from a file in the stand-ins' own ZEB
+// format (zebtext.h).
 #include "standin.h"
+#include "zeb2mtx_report.h"
 
 #include <cstdio>
 #include <fstream>
@@ -150,5 +153,7 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "zeb2mtx-standin: failing with status %d as asked\n", status);
         return status;
     }
+    if (zeb2mtxreport::asksForReport(args))
+        return zeb2mtxreport::writeReport(args);
     return asksForMatrix(args) ? translateToMatrix(args) : 0;
 }

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "blocktext.h"
+
+#include <functional>
+
+class QIODevice;
+
+// Reads a block report as the browser shows it: the leading lines are
+// dropped unexamined, lines of length zero are dropped, every other line is
+// kept exactly as read. Lines end in a line feed or a carriage return and a
+// line feed.
+class BlockReader
+{
+public:
+    // Told the progress estimate after every 1000 lines read behind the
+    // leading ones (empty lines count); returning false stops the reading
+    // and keeps what was read so far.
+    using Progress = std::function<bool(qint64 estimate)>;
+
+    // skipped: called with each leading line as it is dropped, also for
+    // the ones a short report lacks (with an empty line).
+    BlockReader(int headerLines, Progress progress = {},
+                std::function<void(const QByteArray&)> skipped = {});
+
+    // Reads to the end of the device, or until the progress callback says
+    // stop. The estimate is the length of the line just read times the
+    // number of lines read, capped at sizeHint (the file's size).
+    BlockText read(QIODevice& device, qint64 sizeHint);
+};
