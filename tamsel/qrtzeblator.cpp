@@ -1,13 +1,13 @@
 #include "qrtzeblator.h"
 
 #include "app_qmfilelineedit.h"
+#include "filerow.h"
 #include "messagebox.h"
 #include "pictures.h"
 #include "platform/environment.h"
 #include "qrtzebcore.h"
 #include "runcommand.h"
 
-#include <QApplication>
 #include <QBoxLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -26,12 +26,7 @@ QRTZEBLator::QRTZEBLator(QWidget* parent, const char* name) : QWidget(parent)
     layout->addLayout(inputRow, 4);
 
     inputRow->addStretch(1);
-    auto* label = new QLabel("QRT Input File:", this);
-    label->setFont(
-        QFont(QApplication::font().family(), QApplication::font().pointSize(), QFont::Bold, false));
-    label->setAlignment(Qt::AlignCenter);
-    label->setFixedSize(label->sizeHint());
-    inputRow->addWidget(label, 10);
+    inputRow->addWidget(filerow::label("QRT Input File:", this), 10);
 
     inputFile = new QMFileLineEdit(this, "input", QMFileLineEdit::FileMode);
     inputFile->filter = "All QRT files (*.out)";

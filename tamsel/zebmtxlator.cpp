@@ -4,10 +4,10 @@
 
 #include "app_qmfilelineedit.h"
 #include "bodyindexfield.h"
+#include "filerow.h"
 #include "messagebox.h"
 #include "runcommand.h"
 
-#include <QApplication>
 #include <QBoxLayout>
 #include <QButtonGroup>
 #include <QCheckBox>
@@ -31,15 +31,6 @@ const char* const modeTip =
 QLabel* fixedLabel(const QString& text, QWidget* parent)
 {
     auto* label = new QLabel(text, parent);
-    label->setFixedSize(label->sizeHint());
-    return label;
-}
-
-QLabel* fileRowLabel(const QString& text, QWidget* parent, const QFont& bold)
-{
-    auto* label = new QLabel(text, parent);
-    label->setFont(bold);
-    label->setAlignment(Qt::AlignCenter);
     label->setFixedSize(label->sizeHint());
     return label;
 }
@@ -100,14 +91,13 @@ QGridLayout* boxGrid(QGroupBox* box, const QList<int>& rows, const QList<int>& c
 ZEBMTXLator::ZEBMTXLator(QWidget* parent, const char* name) : QWidget(parent)
 {
     setObjectName(QString::fromLatin1(name));
-    const QFont defaultFont = QApplication::font();
-    const QFont bold(defaultFont.family(), defaultFont.pointSize(), QFont::Bold, false);
+    const QFont bold = filerow::boldFont();
 
     auto* mainLayout = new QBoxLayout(QBoxLayout::TopToBottom, this);
     mainLayout->setContentsMargins(0, 0, 0, 0);
     mainLayout->setSpacing(-1);
     mainLayout->addStretch(1);
-    mainLayout->addLayout(createFileRow(bold), 4);
+    mainLayout->addLayout(createFileRow(), 4);
     mainLayout->addStretch(1);
 
     auto* groupsHBx = new QBoxLayout(QBoxLayout::LeftToRight);
@@ -133,25 +123,23 @@ ZEBMTXLator::ZEBMTXLator(QWidget* parent, const char* name) : QWidget(parent)
     mainLayout->activate();
 }
 
-QBoxLayout* ZEBMTXLator::createFileRow(const QFont& bold)
+QBoxLayout* ZEBMTXLator::createFileRow()
 {
     auto* row = new QBoxLayout(QBoxLayout::LeftToRight);
     row->addStretch(1);
-    row->addWidget(fileRowLabel("ZEB or HX DB Input File:", this, bold), 10);
-    inputCombo = new QMFileLineEdit(this, "inputCombo", QMFileLineEdit::FileMode);
-    inputCombo->setFixedSize(200, 25);
-    inputCombo->filters = QStringList{"ZEB files (*.zeb)", "HX DB files (*.MASTER)"};
+    row->addWidget(filerow::label("ZEB or HX DB Input File:", this), 10);
+    inputCombo = filerow::zebField(this, "inputCombo");
     row->addWidget(inputCombo, 10);
     row->addStretch(1);
 
-    row->addWidget(fileRowLabel("Index: ", this, bold), 10);
+    row->addWidget(filerow::label("Index: ", this), 10);
     bodyIndex = new BodyIndexField(this, inputCombo);
     indexLE = bodyIndex->lineEdit();
     indexMenu = bodyIndex->menu();
     row->addWidget(indexLE, 10);
     row->addStretch(10);
 
-    row->addWidget(fileRowLabel("Matrix Output File:", this, bold), 10);
+    row->addWidget(filerow::label("Matrix Output File:", this), 10);
     outputLE = new QMFileLineEdit(this, "outputLE", QMFileLineEdit::FileMode);
     outputLE->setFixedSize(200, 25);
     outputLE->filter = "All Matrix files (*.mtx)";

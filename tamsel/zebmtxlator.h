@@ -35,7 +35,7 @@ private slots:
     void selectIndexFromCDB();
 
 private:
-    QBoxLayout* createFileRow(const QFont& bold);
+    QBoxLayout* createFileRow();
     QGroupBox* createUnitsBox(const QFont& bold);
     QGroupBox* createNodesModesBox(const QFont& bold);
     QRadioButton* addIncludeExclude(QGroupBox* box, int row);

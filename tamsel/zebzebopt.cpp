@@ -1,14 +1,78 @@
 #include "zebzebopt.h"
 
+#include "app_qmfilelineedit.h"
+#include "bodyindexfield.h"
+#include "filerow.h"
+#include "messagebox.h"
 #include "pictures.h"
+#include "platform/environment.h"
+#include "qrtzebcore.h"
+#include "runcommand.h"
 
+#include <QBoxLayout>
+#include <QLabel>
+#include <QFile>
 #include <QPushButton>
+
+#include <cstdlib>
+
+// The extension is taken from the name as given; only a ZEB name comes back
+// stripped.
+QString fixOutputName(const QString& name)
+{
+    const QString extension = name.section('.', -1, -1).trimmed().toLower();
+    if (extension == "master")
+        return name.section('.', 0, -2) + ".MASTER";
+    if (extension != "zeb")
+        return name + ".zeb";
+    return name.trimmed();
+}
 
 ZEBZEBOpt::ZEBZEBOpt(QWidget* parent, const char* name) : QWidget(parent)
 {
     setObjectName(QString::fromLatin1(name));
-    optimizePB = pictures::runPushButton(this, "Begin Optimization");
+
+    auto* mainLayout = new QBoxLayout(QBoxLayout::TopToBottom, this);
+    mainLayout->setContentsMargins(0, 0, 0, 0);
+    mainLayout->setSpacing(-1);
+    mainLayout->addStretch(1);
+    mainLayout->addLayout(createFileRow(), 4);
+    mainLayout->addStretch(1);
+    core = new QRTZEBCore(this, "QRTZEBLator_Core");
+    mainLayout->addWidget(core, 20);
+    mainLayout->addStretch(1);
+
+    connect(inputFile, &QLineEdit::textChanged, this, &ZEBZEBOpt::checkCDB);
     connect(optimizePB, &QPushButton::clicked, this, &ZEBZEBOpt::optimize);
+    mainLayout->activate();
+}
+
+QBoxLayout* ZEBZEBOpt::createFileRow()
+{
+    auto* row = new QBoxLayout(QBoxLayout::LeftToRight);
+    row->addStretch(1);
+    row->addWidget(filerow::label("ZEB or HX DB Input File: ", this), 10);
+    inputFile = filerow::zebField(this, "inputFile");
+    row->addWidget(inputFile, 10);
+    row->addStretch(10);
+
+    row->addWidget(filerow::label("Index: ", this), 10);
+    bodyIndex = new BodyIndexField(this, inputFile);
+    indexLE = bodyIndex->lineEdit();
+    indexMenu = bodyIndex->menu();
+    row->addWidget(indexLE, 10);
+    row->addStretch(10);
+    row->addStretch(1);
+
+    row->addWidget(filerow::label("ZEB or HX DB Output File:", this), 10);
+    output = filerow::zebField(this, "output");
+    row->addWidget(output, 10);
+    row->addStretch(1);
+
+    optimizePB = pictures::runPushButton(this, "Begin Optimization");
+    row->addWidget(optimizePB, 2, Qt::AlignCenter);
+    row->addStretch(1);
+    return row;
 }
 
 void ZEBZEBOpt::selected()
@@ -16,4 +80,61 @@ void ZEBZEBOpt::selected()
     optimizePB->setDefault(true);
 }
 
-void ZEBZEBOpt::optimize() {}
+void ZEBZEBOpt::checkCDB()
+{
+    bodyIndex->checkCDB();
+}
+
+void ZEBZEBOpt::selectIndexFromCDB()
+{
+    bodyIndex->selectIndexFromCDB();
+}
+
+bool ZEBZEBOpt::eventFilter(QObject* watched, QEvent* event)
+{
+    return bodyIndex->filterEvent(watched, event) || QWidget::eventFilter(watched, event);
+}
+
+// Input before output, unlike the matrix tab. Nothing is written before the
+// user has confirmed both the overwrite and the command.
+void ZEBZEBOpt::optimize()
+{
+    // The options stay in the environment whatever follows; an empty string
+    // (no sketch file) leaves it as it was.
+    const QString options = core->writeOptions();
+    if (!options.isEmpty())
+        platform::putEnv(options.toLocal8Bit().toStdString());
+
+    if (inputFile->text().isEmpty()) {
+        MessageBox::warn("Missing Input File", "Please provide an input ZEB or HX DB file.");
+        return;
+    }
+    if (!bodyIndex->checkIndex())
+        return;
+    const QString operand = bodyIndex->inputOperand();
+    const QString typedOutput = output->text().trimmed();
+    if (typedOutput.isEmpty()) {
+        MessageBox::warn("Missing Output File", "Please provide an output ZEB or HX DB file.");
+        return;
+    }
+    const QString finalOutput = fixOutputName(typedOutput);
+    if (!outputMayBeWritten(finalOutput))
+        return;
+    const QString command =
+        QString("%1 \"%2\" -L -O \"%3\"")
+            .arg(QString::fromLocal8Bit(std::getenv("OKT_ZEB2MTX")), operand, finalOutput);
+    if (MessageBox::information(nullptr, "info", command, "OK", "Cancel", "", 0, 1) != 0)
+        return;
+    if (runCommand(command, "Optimizing ZEB to ZEB ..."))
+        MessageBox::warn("Translation Problems",
+                         "Translating ZEB to MTX problems.\nCheck your environment, permissions.");
+}
+
+bool ZEBZEBOpt::outputMayBeWritten(const QString& name)
+{
+    if (!QFile::exists(name))
+        return true;
+    const QString question = tr("A file called %1 already exists.\n Do you want to overwrite it?");
+    return MessageBox::information(this, "Tamsel", question.arg(name), "&Yes", "No", "", 1, -1) ==
+           0;
+}

@@ -3,6 +3,7 @@
 // the default button following the tab in view.
 #include "tamsel.h"
 
+#include "app_qmfilelineedit.h"
 #include "dialoganswerer.h"
 #include "scratchdir.h"
 #include "standins.h"
@@ -112,18 +113,38 @@ void TestTamsel::defaultButtonFollowsTab()
     QVERIFY(QTest::qWaitForWindowExposed(&t));
     // Quit is default right after start; a dialog has one default at most.
     QVERIFY(t.okButton()->isDefault());
-    // Then each tab's start button: Enter brings that tab's first message.
-    const QMap<QString, QString> firstMessage{{"QRT->ZEB Translator", "Missing Input File"},
-                                              {"ZEB->MTX Translator", "Missing File"}};
-    for (int index = t.tabWidget()->count() - 1; index >= 0; --index) {
+    // Caption, object name and class, start button's tool tip, the first box on Enter.
+    const QList<QStringList> tabs{
+        {"ZEB Browser", "ZEBBrowser", "Start the GUI Browser for the selected components",
+         "No blocks selected"},
+        {"ZEB->MTX Translator", "ZEBMTXLator", "Begin Translation", "Missing File"},
+        {"QRT->ZEB Translator", "QRTZEBLator", "Begin Translatiion", "Missing Input File"},
+        {"ZEB->ZEB Optimizer", "ZEBZEBOpt", "Begin Optimization", "Missing Input File"}};
+    QCOMPARE(t.tabWidget()->count(), tabs.size());
+    // Backwards, so that the first tab's button is made default by coming back.
+    for (int index = tabs.size() - 1; index >= 0; --index) {
+        QWidget* tab = t.tabWidget()->widget(index);
+        QCOMPARE((QStringList{t.tabWidget()->tabText(index), tab->objectName()}),
+                 tabs[index].mid(0, 2));
+        QCOMPARE(tab->metaObject()->className(), tabs[index][1]);
         t.tabWidget()->setCurrentIndex(index);
-        QVERIFY(!t.okButton()->isDefault());
+        QString defaults; // the tool tips of the default buttons, Quit's empty
+        for (auto* button : t.findChildren<QPushButton*>())
+            defaults += button->isDefault() ? button->toolTip() + ";" : "";
+        QCOMPARE(defaults, tabs[index][2] + ";");
+        if (index == 0) { // a readable file and no block ticked
+            auto* input = tab->findChild<QMFileLineEdit*>("inputFile");
+            QVERIFY(input);
+            input->setText(Standins::examplesDir() + "/beam.zeb");
+            for (auto* button : tab->findChildren<QPushButton*>())
+                if (button->text() == "Clear")
+                    button->click();
+        }
         DialogAnswerer answers;
         answers.pressButton("OK");
         QTest::keyClick(&t, Qt::Key_Return);
         VERIFY_DIALOGS(answers);
-        QCOMPARE(answers.seen().constFirst().title,
-                 firstMessage.value(t.tabWidget()->tabText(index)));
+        QCOMPARE(answers.seen().constFirst().title, tabs[index][3]);
     }
     QVERIFY(t.isVisible()); // Quit was not pressed
 }

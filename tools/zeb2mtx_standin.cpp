@@ -3,9 +3,11 @@
 // input and writes FILE as a short text that records the request; it does
 // not translate anything. Asked for a report (-d FILE), it writes the report
 // of one block, or of the whole file, from a file in the stand-ins' own ZEB
-// format (zebtext.h).
+// format (zebtext.h). Asked to optimize (-L -O FILE), it writes the input's
+// blocks to FILE in that format, its first line naming the write options.
 #include "standin.h"
 #include "zeb2mtx_report.h"
+#include "zebtext.h"
 
 #include <cstdio>
 #include <fstream>
@@ -128,13 +130,37 @@ int translateToMatrix(const std::vector<std::string>& args)
     return 0;
 }
 
-bool asksForMatrix(const std::vector<std::string>& args)
+bool asks(const std::vector<std::string>& args, const char* flag)
 {
     for (const auto& a : args) {
-        if (a == "-o")
+        if (a == flag)
             return true;
     }
     return false;
+}
+
+int optimize(const std::vector<std::string>& args)
+{
+    std::string file, index, problem, output;
+    zebtext::splitOperand(args[0], file, index);
+    for (std::size_t i = 1; i < args.size(); ++i) {
+        if (args[i] == "-O")
+            output = wordAfter(args, i);
+    }
+    zebtext::Body body;
+    if (!readableFile(file) || !zebtext::load(file, index, body, problem)) {
+        std::fprintf(stderr, "zeb2mtx-standin: cannot optimize [%s]: %s\n", file.c_str(),
+                     problem.empty() ? "not a readable file" : problem.c_str());
+        return 2;
+    }
+    // Read whole before writing, so that the output may be the input.
+    body.note = "optimized by the ZEB2MTX stand-in, write options: " + standin::writeOptions();
+    if (output.empty() || !zebtext::save(output, body)) {
+        std::fprintf(stderr, "zeb2mtx-standin: cannot write the ZEB file [%s]\n", output.c_str());
+        return 3;
+    }
+    std::printf("zeb2mtx-standin: optimized %s into %s\n", args[0].c_str(), output.c_str());
+    return 0;
 }
 
 } // namespace
@@ -155,5 +181,7 @@ int main(int argc, char** argv)
     }
     if (zeb2mtxreport::asksForReport(args))
         return zeb2mtxreport::writeReport(args);
-    return asksForMatrix(args) ? translateToMatrix(args) : 0;
+    if (asks(args, "-O"))
+        return optimize(args);
+    return asks(args, "-o") ? translateToMatrix(args) : 0;
 }

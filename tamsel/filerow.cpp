@@ -1,0 +1,34 @@
+#include "filerow.h"
+
+#include "app_qmfilelineedit.h"
+
+#include <QApplication>
+#include <QLabel>
+
+namespace filerow
+{
+
+QFont boldFont()
+{
+    const QFont font = QApplication::font();
+    return QFont(font.family(), font.pointSize(), QFont::Bold, false);
+}
+
+QLabel* label(const QString& text, QWidget* parent)
+{
+    auto* label = new QLabel(text, parent);
+    label->setFont(boldFont());
+    label->setAlignment(Qt::AlignCenter);
+    label->setFixedSize(label->sizeHint());
+    return label;
+}
+
+QMFileLineEdit* zebField(QWidget* parent, const char* name)
+{
+    auto* field = new QMFileLineEdit(parent, name, QMFileLineEdit::FileMode);
+    field->setFixedSize(200, 25);
+    field->filters = QStringList{"ZEB files (*.zeb)", "HX DB files (*.MASTER)"};
+    return field;
+}
+
+} // namespace filerow

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QFont>
+#include <QString>
+
+class QLabel;
+class QMFileLineEdit;
+class QWidget;
+
+// The pieces of a tab's file row that every tab builds alike.
+namespace filerow
+{
+
+// The default font's family and size, bold, not italic.
+QFont boldFont();
+
+// A centred bold label fixed at its size.
+QLabel* label(const QString& text, QWidget* parent);
+
+// A file field for a ZEB file or an HX DB file, 200 by 25.
+QMFileLineEdit* zebField(QWidget* parent, const char* name);
+
+} // namespace filerow
