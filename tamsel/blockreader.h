@@ -27,4 +27,21 @@ public:
     // stop. The estimate is the length of the line just read times the
     // number of lines read, capped at sizeHint (the file's size).
     BlockText read(QIODevice& device, qint64 sizeHint);
+
+private:
+    // Takes the whole lines in data from begin to end and moves begin
+    // behind them; false when the reading is to stop.
+    bool takeLines(const char* data, qsizetype& begin, qsizetype end);
+    // Takes one line without its line end; false stops the reading.
+    bool take(const char* data, qsizetype size);
+    void finish();
+
+    int headerLines;
+    Progress progress;
+    std::function<void(const QByteArray&)> skipped;
+    // The state of one read().
+    BlockText text;
+    qint64 hint = 0;
+    qint64 skippedCount = 0;
+    qint64 counted = 0;
 };

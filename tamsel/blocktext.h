@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QByteArrayView>
 #include <QString>
 
 #include <vector>
@@ -27,4 +28,30 @@ public:
     QString line(qsizetype line) const;
     // Every line followed by a line feed.
     QString toString() const;
+
+    // The stored bytes of a line, valid until the text changes.
+    QByteArrayView lineView(qsizetype line) const;
+    // The line with the most bytes, kept while appending; -1 when empty.
+    qsizetype longestLine() const { return longest; }
+    // A line's length in UTF-16 code units, as line() gives it.
+    qsizetype lineLength(qsizetype line) const;
+
+    // Character offsets into toString(), where each line counts its length
+    // plus one for its line feed. The table behind them is made on first
+    // use (only assistive technology needs it), so these are not safe to
+    // call from two threads at once.
+    qsizetype characterOffset(qsizetype line) const;
+    qsizetype characterCount() const { return characterOffset(lineCount()); }
+    // The line holding a character offset; lineCount() at the very end.
+    qsizetype lineAtOffset(qsizetype offset) const;
+
+    static bool isAscii(QByteArrayView bytes);
+
+private:
+    void makeOffsets() const;
+
+    QByteArray bytes;
+    std::vector<qint64> ends; // one past each line's last byte
+    qsizetype longest = -1;
+    mutable std::vector<qint64> offsets; // lineCount() + 1 entries once made
 };

@@ -1,7 +1,794 @@
 #include "blockview.h"
 
-// Being built.
-BlockView::BlockView(QWidget* parent) : QAbstractScrollArea(parent) {}
+#include "blockviewaccessible.h"
+#include "blockviewfindbar.h"
+#include "blockviewsearch.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QPainter>
+#include <QScrollBar>
+#include <QStyle>
+#include <QTextBoundaryFinder>
+#include <QTextLayout>
+#include <QTimer>
+
+#include <climits>
+#include <cmath>
+
+namespace
+{
+
+constexpr int margin = 4; // left and right of the text, as in a text edit
+constexpr int topMargin = 2;
+constexpr int autoScrollMs = 50;
+constexpr qsizetype layoutCacheMin = 512;
+constexpr int tabColumns = 8;
+// Wider than any line, so that nothing wraps.
+constexpr qreal unlimitedWidth = qreal(INT_MAX / 256);
+
+QString shortcutText(QKeySequence::StandardKey key)
+{
+    const QKeySequence sequence(key);
+    return sequence.isEmpty() ? QString() : "\t" + sequence.toString(QKeySequence::NativeText);
+}
+
+bool isCtrlInsert(const QKeyEvent* event)
+{
+    return event->key() == Qt::Key_Insert && event->modifiers() == Qt::ControlModifier;
+}
+
+// The menu key, and Shift+F10 for keyboards without one.
+bool isMenuKey(const QKeyEvent* event)
+{
+    return event->key() == Qt::Key_Menu ||
+           (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier);
+}
+
+} // namespace
+
+BlockView::BlockView(QWidget* parent) : QAbstractScrollArea(parent)
+{
+    static const bool accessible = [] {
+        QAccessible::installFactory(BlockViewAccessible::create);
+        return true;
+    }();
+    Q_UNUSED(accessible);
+    setFocusPolicy(Qt::StrongFocus);
+    viewport()->setCursor(Qt::IBeamCursor);
+    updateMetrics();
+}
+
 BlockView::~BlockView() = default;
-void BlockView::selectAll() {}
-void BlockView::copy() {}
+
+void BlockView::setBlockText(BlockText newText)
+{
+    text = std::move(newText);
+    anchor = cursor = Pos{};
+    preferredX = -1;
+    verticalScrollBar()->setValue(0);
+    horizontalScrollBar()->setValue(0);
+    updateMetrics();
+}
+
+const BlockText& BlockView::blockText() const
+{
+    return text;
+}
+
+QString BlockView::toPlainText() const
+{
+    return text.toString();
+}
+
+QString BlockView::selectedText() const
+{
+    return textBetween(selectionStart(), selectionEnd());
+}
+
+QString BlockView::textBetween(Pos from, Pos to) const
+{
+    QString result;
+    const qsizetype last = std::min(to.line, text.lineCount() - 1);
+    for (qsizetype line = from.line; line <= last; ++line) {
+        const QString whole = text.line(line);
+        const qsizetype start = line == from.line ? from.column : 0;
+        const qsizetype end = line == to.line ? to.column : whole.size();
+        result += QStringView(whole).mid(start, end - start);
+        if (line < to.line)
+            result += QLatin1Char('\n');
+    }
+    return result;
+}
+
+// --- Geometry
+
+qsizetype BlockView::firstLine() const
+{
+    return verticalScrollBar()->value();
+}
+
+int BlockView::visibleLines() const
+{
+    return std::max(1, (viewport()->height() - topMargin) / lineSpacing);
+}
+
+int BlockView::lineTop(qsizetype line) const
+{
+    const qsizetype top = topMargin + (line - firstLine()) * lineSpacing;
+    return int(std::clamp<qsizetype>(top, INT_MIN / 2, INT_MAX / 2));
+}
+
+int BlockView::textLeft() const
+{
+    return margin - horizontalScrollBar()->value();
+}
+
+int BlockView::caretWidth() const
+{
+    return std::max(1, style()->pixelMetric(QStyle::PM_TextCursorWidth, nullptr, this));
+}
+
+QRect BlockView::lineRect(qsizetype line) const
+{
+    return QRect(0, lineTop(line), viewport()->width(), lineSpacing);
+}
+
+QRect BlockView::cursorRect() const
+{
+    const Pos at = clamped(cursor);
+    return QRect(textLeft() + int(xOf(at)), lineTop(at.line), caretWidth(), lineSpacing);
+}
+
+void BlockView::updateMetrics()
+{
+    lineSpacing = std::max(1, QFontMetrics(font()).lineSpacing());
+    layouts.clear();
+    widest = 0;
+    if (text.longestLine() >= 0)
+        layoutOf(text.longestLine());
+    updateScrollBars();
+    viewport()->update();
+}
+
+void BlockView::updateScrollBars()
+{
+    rangeUpdatePending = false;
+    const int lines = visibleLines();
+    QScrollBar* vertical = verticalScrollBar();
+    const qsizetype lastFirst = std::max<qsizetype>(0, text.lineCount() - lines);
+    vertical->setRange(0, int(std::min<qsizetype>(lastFirst, INT_MAX)));
+    vertical->setPageStep(lines);
+    vertical->setSingleStep(1);
+    QScrollBar* horizontal = horizontalScrollBar();
+    const int width = viewport()->width();
+    const qreal content = std::ceil(widest) + 2 * margin + caretWidth();
+    horizontal->setRange(0, int(std::max<qreal>(0, std::min<qreal>(content - width, INT_MAX))));
+    horizontal->setPageStep(width);
+    horizontal->setSingleStep(std::max(1, 2 * QFontMetrics(font()).averageCharWidth()));
+}
+
+void BlockView::ensureVisible(Pos pos)
+{
+    if (rangeUpdatePending)
+        updateScrollBars();
+    const Pos at = clamped(pos);
+    QScrollBar* vertical = verticalScrollBar();
+    if (at.line < firstLine())
+        vertical->setValue(int(at.line));
+    else if (at.line >= firstLine() + visibleLines())
+        vertical->setValue(int(at.line - visibleLines() + 1));
+    QScrollBar* horizontal = horizontalScrollBar();
+    const int x = int(xOf(at)); // from the start of the text
+    const int room = viewport()->width() - 2 * margin - caretWidth();
+    if (x < horizontal->value())
+        horizontal->setValue(x);
+    else if (x > horizontal->value() + room)
+        horizontal->setValue(x - room);
+}
+
+// --- Layouts
+
+const QTextLayout& BlockView::layoutOf(qsizetype line) const
+{
+    const auto found = layouts.find(line);
+    if (found != layouts.end())
+        return *found->second;
+    if (qsizetype(layouts.size()) >= std::max<qsizetype>(layoutCacheMin, 4 * visibleLines()))
+        layouts.clear();
+    return *layouts.emplace(line, makeLayout(line)).first->second;
+}
+
+std::unique_ptr<QTextLayout> BlockView::makeLayout(qsizetype line) const
+{
+    QString shown = text.line(line);
+    // Separators would break the line in two; everything else shows as is.
+    for (QChar& c : shown)
+        if (c == QChar::LineSeparator || c == QChar::ParagraphSeparator)
+            c = QChar::ReplacementCharacter;
+    auto layout = std::make_unique<QTextLayout>(shown, font(), viewport());
+    QTextOption option;
+    option.setWrapMode(QTextOption::NoWrap);
+    option.setFlags(QTextOption::IncludeTrailingSpaces);
+    option.setTabStopDistance(tabColumns * QFontMetricsF(font()).horizontalAdvance(' '));
+    layout->setTextOption(option);
+    layout->setCacheEnabled(true);
+    layout->beginLayout();
+    QTextLine row = layout->createLine();
+    row.setLineWidth(unlimitedWidth);
+    row.setPosition(QPointF(0, 0));
+    layout->endLayout();
+    noteWidth(row.naturalTextWidth());
+    return layout;
+}
+
+// The range of the horizontal scroll bar grows as wider lines come in sight;
+// it changes after the painting that found them.
+void BlockView::noteWidth(qreal width) const
+{
+    if (width <= widest)
+        return;
+    widest = width;
+    if (rangeUpdatePending)
+        return;
+    rangeUpdatePending = true;
+    auto* self = const_cast<BlockView*>(this);
+    QTimer::singleShot(0, self, [self] {
+        if (self->rangeUpdatePending)
+            self->updateScrollBars();
+    });
+}
+
+qreal BlockView::xOf(Pos pos) const
+{
+    if (pos.line < 0 || pos.line >= text.lineCount())
+        return 0;
+    return layoutOf(pos.line).lineAt(0).cursorToX(int(pos.column));
+}
+
+BlockView::Pos BlockView::posAt(const QPoint& point, bool onCharacter) const
+{
+    if (text.lineCount() == 0)
+        return {};
+    const qsizetype row = qsizetype(std::floor(double(point.y() - topMargin) / lineSpacing));
+    const qsizetype line = std::clamp<qsizetype>(firstLine() + row, 0, text.lineCount() - 1);
+    const auto mode =
+        onCharacter ? QTextLine::CursorOnCharacter : QTextLine::CursorBetweenCharacters;
+    return {line, layoutOf(line).lineAt(0).xToCursor(point.x() - textLeft(), mode)};
+}
+
+// --- Painting
+
+void BlockView::paintEvent(QPaintEvent* event)
+{
+    QPainter painter(viewport());
+    painter.setPen(palette().color(QPalette::Text));
+    const QRect area = event->rect();
+    const qsizetype first = firstLine() + std::max(0, (area.top() - topMargin) / lineSpacing);
+    const qsizetype end = firstLine() + (area.bottom() - topMargin) / lineSpacing + 1;
+    for (qsizetype line = first; line < std::min(end, text.lineCount()); ++line)
+        paintLine(painter, line);
+}
+
+void BlockView::paintLine(QPainter& painter, qsizetype line) const
+{
+    const QTextLayout& layout = layoutOf(line);
+    const QPointF origin(textLeft(), lineTop(line));
+    QVector<QTextLayout::FormatRange> selections;
+    const Pos start = selectionStart();
+    const Pos end = selectionEnd();
+    if (hasSelection() && start.line <= line && line <= end.line) {
+        const auto group = hasFocus() ? QPalette::Active : QPalette::Inactive;
+        QTextLayout::FormatRange range;
+        range.start = int(line == start.line ? start.column : 0);
+        range.length = int(line == end.line ? end.column : layout.text().size()) - range.start;
+        range.format.setBackground(palette().brush(group, QPalette::Highlight));
+        range.format.setForeground(palette().brush(group, QPalette::HighlightedText));
+        selections.append(range);
+        if (line < end.line) { // its line feed is selected too
+            const qreal x = origin.x() + layout.lineAt(0).naturalTextWidth();
+            const qreal blank = QFontMetricsF(font()).horizontalAdvance(' ');
+            painter.fillRect(QRectF(x, origin.y(), blank, lineSpacing), range.format.background());
+        }
+    }
+    layout.draw(&painter, origin, selections);
+    if (line == cursor.line && caretOn && hasFocus())
+        layout.drawCursor(&painter, origin, int(cursor.column), caretWidth());
+}
+
+void BlockView::scrollContentsBy(int, int)
+{
+    viewport()->update();
+}
+
+void BlockView::resizeEvent(QResizeEvent* event)
+{
+    QAbstractScrollArea::resizeEvent(event);
+    updateScrollBars();
+    placeFindBar();
+}
+
+void BlockView::changeEvent(QEvent* event)
+{
+    QAbstractScrollArea::changeEvent(event);
+    if (event->type() == QEvent::FontChange)
+        updateMetrics();
+}
+
+// --- Cursor and selection
+
+BlockView::Pos BlockView::clamped(Pos pos) const
+{
+    const qsizetype count = text.lineCount();
+    if (count == 0)
+        return {};
+    if (pos.line >= count)
+        return {count - 1, text.lineLength(count - 1)};
+    return pos;
+}
+
+void BlockView::setAnchorAndCursor(Pos newAnchor, Pos newCursor)
+{
+    const Pos oldAnchor = anchor;
+    const Pos oldCursor = cursor;
+    anchor = newAnchor;
+    cursor = newCursor;
+    if (anchor == oldAnchor && cursor == oldCursor)
+        return;
+    viewport()->update();
+    restartBlinking();
+    announce(oldAnchor, oldCursor);
+}
+
+void BlockView::moveCursor(Pos to, bool keepAnchor)
+{
+    setAnchorAndCursor(keepAnchor ? anchor : to, to);
+    ensureVisible(to);
+}
+
+void BlockView::selectAll()
+{
+    // Through the last line feed, so that a copy gives the whole text.
+    if (text.lineCount() > 0)
+        setAnchorAndCursor({}, {text.lineCount(), 0});
+}
+
+void BlockView::copy()
+{
+    if (hasSelection())
+        QGuiApplication::clipboard()->setText(selectedText());
+}
+
+BlockView::Pos BlockView::moved(Pos from, Move move) const
+{
+    const qsizetype last = text.lineCount() - 1;
+    if (last < 0)
+        return {};
+    const Pos at = clamped(from);
+    switch (move) {
+    case Move::Left:
+    case Move::Right:
+        return stepped(at, move == Move::Right, false);
+    case Move::WordLeft:
+    case Move::WordRight:
+        return stepped(at, move == Move::WordRight, true);
+    case Move::Up:
+    case Move::Down:
+        return besideLine(at, move == Move::Up ? -1 : 1);
+    case Move::PageUp:
+    case Move::PageDown:
+        return besideLine(at, move == Move::PageUp ? -visibleLines() : visibleLines());
+    case Move::LineStart:
+        return {at.line, 0};
+    case Move::LineEnd:
+        return {at.line, text.lineLength(at.line)};
+    case Move::Start:
+        return {};
+    case Move::End:
+        return {last, text.lineLength(last)};
+    }
+    return at;
+}
+
+// One character (a whole cluster) or word on, crossing line ends.
+BlockView::Pos BlockView::stepped(Pos from, bool forward, bool words) const
+{
+    const QTextLayout& layout = layoutOf(from.line);
+    const auto mode = words ? QTextLayout::SkipWords : QTextLayout::SkipCharacters;
+    const int column = int(from.column);
+    if (forward && column < layout.text().size())
+        return {from.line, layout.nextCursorPosition(column, mode)};
+    if (!forward && column > 0)
+        return {from.line, layout.previousCursorPosition(column, mode)};
+    if (forward)
+        return from.line + 1 < text.lineCount() ? Pos{from.line + 1, 0} : from;
+    return from.line > 0 ? Pos{from.line - 1, text.lineLength(from.line - 1)} : from;
+}
+
+BlockView::Pos BlockView::besideLine(Pos from, qsizetype lines) const
+{
+    const qsizetype line = std::clamp<qsizetype>(from.line + lines, 0, text.lineCount() - 1);
+    const qreal x = preferredX >= 0 ? preferredX : xOf(from);
+    return {line, layoutOf(line).lineAt(0).xToCursor(x)};
+}
+
+void BlockView::selectWordAt(const QPoint& point)
+{
+    const Pos at = posAt(point, true);
+    const QString line = text.lineCount() > 0 ? layoutOf(at.line).text() : QString();
+    if (line.isEmpty())
+        return;
+    // The boundary item holding the character under the pointer.
+    const int column = int(std::min<qsizetype>(at.column, line.size() - 1));
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Word, line);
+    finder.setPosition(column + 1);
+    const qsizetype start = std::max<qsizetype>(0, finder.toPreviousBoundary());
+    finder.setPosition(column);
+    const qsizetype end = finder.toNextBoundary();
+    setAnchorAndCursor({at.line, start}, {at.line, end < 0 ? line.size() : end});
+}
+
+int BlockView::offsetOf(Pos pos) const
+{
+    const qsizetype offset =
+        text.characterOffset(pos.line) + (pos.line < text.lineCount() ? pos.column : 0);
+    return int(std::min<qsizetype>(offset, INT_MAX));
+}
+
+BlockView::Pos BlockView::posOf(qsizetype offset) const
+{
+    const qsizetype at = std::clamp<qsizetype>(offset, 0, text.characterCount());
+    const qsizetype line = text.lineAtOffset(at);
+    if (line >= text.lineCount())
+        return {text.lineCount(), 0};
+    return {line, at - text.characterOffset(line)};
+}
+
+// Tells assistive technology, as a text edit does; only when one listens,
+// since the first offset asked for costs a pass over the text.
+void BlockView::announce(Pos oldAnchor, Pos oldCursor)
+{
+    const bool selectionMoved = std::min(oldAnchor, oldCursor) != selectionStart() ||
+                                std::max(oldAnchor, oldCursor) != selectionEnd();
+    if (selectionMoved)
+        emit selectionChanged();
+    if (!QAccessible::isActive())
+        return;
+    const int position = offsetOf(cursor);
+    if (selectionMoved) {
+        QAccessibleTextSelectionEvent event(this, offsetOf(selectionStart()),
+                                            offsetOf(selectionEnd()));
+        event.setCursorPosition(position);
+        QAccessible::updateAccessibility(&event);
+    }
+    if (oldCursor != cursor) {
+        QAccessibleTextCursorEvent event(this, position);
+        QAccessible::updateAccessibility(&event);
+    }
+}
+
+// --- Keys
+
+bool BlockView::event(QEvent* event)
+{
+    // Ahead of the window's shortcuts, as a text edit does for its keys.
+    if (event->type() == QEvent::ShortcutOverride && isOwnKey(static_cast<QKeyEvent*>(event))) {
+        event->accept();
+        return true;
+    }
+    return QAbstractScrollArea::event(event);
+}
+
+namespace
+{
+
+const QKeySequence::StandardKey commandKeys[] = {QKeySequence::SelectAll, QKeySequence::Copy,
+                                                 QKeySequence::Find, QKeySequence::FindNext,
+                                                 QKeySequence::FindPrevious};
+
+} // namespace
+
+bool BlockView::isOwnKey(QKeyEvent* event) const
+{
+    Move move;
+    bool select;
+    if (navigationOf(event, move, select))
+        return true;
+    for (QKeySequence::StandardKey key : commandKeys)
+        if (event->matches(key))
+            return true;
+    return isCtrlInsert(event) ||
+           (event->key() == Qt::Key_Escape && findBar && findBar->isVisible());
+}
+
+void BlockView::keyPressEvent(QKeyEvent* event)
+{
+    if (handleNavigationKey(event) || handleCommandKey(event))
+        event->accept();
+    else
+        QAbstractScrollArea::keyPressEvent(event);
+}
+
+bool BlockView::navigationOf(const QKeyEvent* event, Move& move, bool& select)
+{
+    static const struct {
+        QKeySequence::StandardKey move, select;
+        Move where;
+    } keys[] = {
+        {QKeySequence::MoveToPreviousChar, QKeySequence::SelectPreviousChar, Move::Left},
+        {QKeySequence::MoveToNextChar, QKeySequence::SelectNextChar, Move::Right},
+        {QKeySequence::MoveToPreviousWord, QKeySequence::SelectPreviousWord, Move::WordLeft},
+        {QKeySequence::MoveToNextWord, QKeySequence::SelectNextWord, Move::WordRight},
+        {QKeySequence::MoveToPreviousLine, QKeySequence::SelectPreviousLine, Move::Up},
+        {QKeySequence::MoveToNextLine, QKeySequence::SelectNextLine, Move::Down},
+        {QKeySequence::MoveToPreviousPage, QKeySequence::SelectPreviousPage, Move::PageUp},
+        {QKeySequence::MoveToNextPage, QKeySequence::SelectNextPage, Move::PageDown},
+        {QKeySequence::MoveToStartOfLine, QKeySequence::SelectStartOfLine, Move::LineStart},
+        {QKeySequence::MoveToEndOfLine, QKeySequence::SelectEndOfLine, Move::LineEnd},
+        {QKeySequence::MoveToStartOfDocument, QKeySequence::SelectStartOfDocument, Move::Start},
+        {QKeySequence::MoveToEndOfDocument, QKeySequence::SelectEndOfDocument, Move::End},
+    };
+    for (const auto& key : keys) {
+        select = event->matches(key.select);
+        if (select || event->matches(key.move)) {
+            move = key.where;
+            // Home and End alone go to the top and the bottom, as in a
+            // read-only text view; with Shift they select within the line.
+            if (!select && move == Move::LineStart)
+                move = Move::Start;
+            else if (!select && move == Move::LineEnd)
+                move = Move::End;
+            return true;
+        }
+    }
+    return false;
+}
+
+bool BlockView::handleNavigationKey(QKeyEvent* event)
+{
+    Move move;
+    bool select;
+    if (!navigationOf(event, move, select))
+        return false;
+    navigate(move, select);
+    return true;
+}
+
+void BlockView::navigate(Move move, bool select)
+{
+    const bool vertical = move >= Move::Up && move <= Move::PageDown;
+    if (!vertical)
+        preferredX = -1;
+    else if (preferredX < 0)
+        preferredX = xOf(clamped(cursor));
+    // An arrow without Shift leaves a selection at the side it points to.
+    if (!select && hasSelection() && (move == Move::Left || move == Move::Right)) {
+        const Pos side = clamped(move == Move::Left ? selectionStart() : selectionEnd());
+        moveCursor(side, false);
+        return;
+    }
+    if (move == Move::PageUp || move == Move::PageDown) {
+        QScrollBar* vertical = verticalScrollBar();
+        vertical->setValue(vertical->value() + (move == Move::PageUp ? -1 : 1) * visibleLines());
+    }
+    moveCursor(moved(cursor, move), select);
+}
+
+bool BlockView::handleCommandKey(QKeyEvent* event)
+{
+    if (event->matches(QKeySequence::SelectAll))
+        selectAll();
+    else if (event->matches(QKeySequence::Copy) || isCtrlInsert(event))
+        copy();
+    else if (event->matches(QKeySequence::Find))
+        openFindBar();
+    else if (event->matches(QKeySequence::FindNext) || event->matches(QKeySequence::FindPrevious))
+        findAgain(event->matches(QKeySequence::FindPrevious));
+    else if (event->key() == Qt::Key_Escape && findBar && findBar->isVisible())
+        closeFindBar();
+    else if (isMenuKey(event))
+        popupContextMenu(viewport()->mapToGlobal(cursorRect().bottomLeft()));
+    else
+        return false;
+    return true;
+}
+
+// --- Pointer
+
+void BlockView::mousePressEvent(QMouseEvent* event)
+{
+    if (event->button() != Qt::LeftButton) {
+        QAbstractScrollArea::mousePressEvent(event);
+        return;
+    }
+    preferredX = -1;
+    dragging = true;
+    moveCursor(posAt(event->position().toPoint()), event->modifiers() & Qt::ShiftModifier);
+}
+
+void BlockView::mouseMoveEvent(QMouseEvent* event)
+{
+    if (dragging && (event->buttons() & Qt::LeftButton))
+        dragTo(event->position().toPoint());
+}
+
+void BlockView::mouseReleaseEvent(QMouseEvent* event)
+{
+    if (event->button() != Qt::LeftButton || !dragging)
+        return;
+    dragging = false;
+    scrollTimer.stop();
+    QClipboard* clipboard = QGuiApplication::clipboard();
+    if (hasSelection() && clipboard->supportsSelection())
+        clipboard->setText(selectedText(), QClipboard::Selection);
+}
+
+void BlockView::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    if (event->button() != Qt::LeftButton)
+        return;
+    dragging = false;
+    selectWordAt(event->position().toPoint());
+}
+
+// Outside the viewport the drag keeps scrolling, faster the farther out.
+void BlockView::dragTo(const QPoint& point)
+{
+    dragPoint = point;
+    if (viewport()->rect().contains(point))
+        scrollTimer.stop();
+    else if (!scrollTimer.isActive())
+        scrollTimer.start(autoScrollMs, this);
+    autoScroll();
+}
+
+void BlockView::autoScroll()
+{
+    moveCursor(posAt(dragPoint), true);
+}
+
+void BlockView::contextMenuEvent(QContextMenuEvent* event)
+{
+    const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
+    popupContextMenu(byKey ? viewport()->mapToGlobal(cursorRect().bottomLeft())
+                           : event->globalPos());
+}
+
+void BlockView::popupContextMenu(const QPoint& at)
+{
+    QMenu* menu = createContextMenu();
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->popup(at);
+}
+
+// The entries a read-only text edit offers.
+QMenu* BlockView::createContextMenu()
+{
+    auto* menu = new QMenu(this);
+    menu->setObjectName("qt_edit_menu");
+    QAction* copyAction =
+        menu->addAction(tr("&Copy") + shortcutText(QKeySequence::Copy), this, &BlockView::copy);
+    copyAction->setEnabled(hasSelection());
+    menu->addSeparator();
+    QAction* all = menu->addAction(tr("Select All") + shortcutText(QKeySequence::SelectAll), this,
+                                   &BlockView::selectAll);
+    all->setEnabled(text.lineCount() > 0);
+    return menu;
+}
+
+// --- Focus and the caret
+
+void BlockView::focusInEvent(QFocusEvent* event)
+{
+    QAbstractScrollArea::focusInEvent(event);
+    restartBlinking();
+    viewport()->update();
+}
+
+void BlockView::focusOutEvent(QFocusEvent* event)
+{
+    QAbstractScrollArea::focusOutEvent(event);
+    blinkTimer.stop();
+    viewport()->update();
+}
+
+void BlockView::restartBlinking()
+{
+    caretOn = true;
+    const int flash = QApplication::cursorFlashTime();
+    if (hasFocus() && flash > 0)
+        blinkTimer.start(flash / 2, this);
+    else
+        blinkTimer.stop();
+}
+
+void BlockView::timerEvent(QTimerEvent* event)
+{
+    if (event->timerId() == blinkTimer.timerId()) {
+        caretOn = !caretOn;
+        viewport()->update(cursorRect());
+    } else if (event->timerId() == scrollTimer.timerId()) {
+        autoScroll();
+    } else {
+        QAbstractScrollArea::timerEvent(event);
+    }
+}
+
+// --- Find
+
+bool BlockView::find(const QString& needle, bool backward, bool caseSensitive)
+{
+    lastFindWrapped = false;
+    const Pos from = clamped(backward ? selectionStart() : selectionEnd());
+    const BlockViewSearch search(text, needle,
+                                 caseSensitive ? Qt::CaseSensitive : Qt::CaseInsensitive);
+    const BlockViewSearch::Hit hit = search.find(from.line, from.column, backward);
+    if (hit.line < 0)
+        return false;
+    lastFindWrapped = hit.wrapped;
+    const Pos start{hit.line, hit.column};
+    const Pos end{hit.line, hit.column + needle.size()};
+    ensureVisible(end);
+    ensureVisible(start);
+    setAnchorAndCursor(start, end);
+    return true;
+}
+
+void BlockView::openFindBar()
+{
+    if (!findBar) {
+        findBar = new BlockViewFindBar(this);
+        connect(findBar, &BlockViewFindBar::findRequested, this, &BlockView::findFromBar);
+        connect(findBar, &BlockViewFindBar::closed, this, &BlockView::closeFindBar);
+    }
+    const bool oneLine = hasSelection() && selectionStart().line == selectionEnd().line;
+    findBar->open(oneLine ? selectedText() : QString());
+    placeFindBar();
+}
+
+// The bar sits under the text, above the horizontal scroll bar.
+void BlockView::placeFindBar()
+{
+    const int height = findBar && !findBar->isHidden() ? findBar->sizeHint().height() : 0;
+    if (viewportMargins().bottom() != height)
+        setViewportMargins(0, 0, 0, height);
+    if (height > 0) {
+        const QRect area = viewport()->geometry();
+        findBar->setGeometry(area.left(), area.bottom() + 1, area.width(), height);
+    }
+}
+
+void BlockView::findFromBar(bool backward)
+{
+    const QString needle = findBar->text();
+    QString status;
+    if (!needle.isEmpty() && !find(needle, backward, findBar->caseSensitive()))
+        status = tr("Not found");
+    else if (!needle.isEmpty() && lastFindWrapped)
+        status = backward ? tr("Continued from the end") : tr("Continued from the start");
+    findBar->setStatus(status);
+}
+
+void BlockView::findAgain(bool backward)
+{
+    if (!findBar || findBar->text().isEmpty()) {
+        openFindBar();
+        return;
+    }
+    if (findBar->isHidden()) {
+        findBar->show();
+        placeFindBar();
+    }
+    findFromBar(backward);
+}
+
+void BlockView::closeFindBar()
+{
+    findBar->hide();
+    placeFindBar();
+    setFocus(Qt::OtherFocusReason);
+}

@@ -1,5 +1,6 @@
 #include "tamsel.h"
 
+#include "pictures.h"
 #include "qrtzeblator.h"
 #include "zeb.h"
 #include "zebbrowser.h"
@@ -16,8 +17,6 @@
 #include <QTabWidget>
 
 #include <cstdlib>
-
-#include "tamsel_icon.xpm"
 
 namespace
 {
@@ -122,7 +121,7 @@ int Tamsel::runProgram()
     Tamsel dialog(nullptr, nullptr, false, {});
     if (!dialog.environmentOk)
         return 0;
-    const QPixmap icon(tamsel_icon_xpm);
+    const QPixmap icon = pictures::windowIcon();
     dialog.setWindowIcon(icon);
     dialog.setWindowIconText("Tamsel");
     QObject::connect(&dialog, &Tamsel::applyButtonPressed, qApp, &QCoreApplication::quit);

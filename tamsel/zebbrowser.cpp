@@ -1,15 +1,358 @@
 #include "zebbrowser.h"
 
+#include "app_qmfilelineedit.h"
+#include "bodyindexfield.h"
+#include "filerow.h"
+#include "messagebox.h"
+#include "pictures.h"
+#include "qmlistdialog.h"
+#include "zebreport.h"
+
+#include <QBoxLayout>
+#include <QCheckBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHeaderView>
+#include <QLabel>
 #include <QPushButton>
+#include <QTabWidget>
+#include <QTreeWidget>
+
+#include <cstdio>
+
+namespace
+{
+
+const char* const blockNames[ZEBBrowser::blockCount] = {"Version code",
+                                                        "Header",
+                                                        "Content Summary",
+                                                        "Units",
+                                                        "Eigenvalues",
+                                                        "Generalized Mass",
+                                                        "Generalized Stiffness",
+                                                        "Generalized Damping",
+                                                        "Mode Shape Transformation",
+                                                        "Mode Shapes",
+                                                        "Stress Modes",
+                                                        "Strain Modes",
+                                                        "Modal Loads",
+                                                        "Preloads",
+                                                        "Global Body Properties",
+                                                        "Nodal Coordinates",
+                                                        "Nodal Masses",
+                                                        "Nodal Inertias",
+                                                        "Element Faces",
+                                                        "Interface Nodes",
+                                                        "Invariants 1",
+                                                        "Invariants 2",
+                                                        "Invariants 3",
+                                                        "Invariants 4",
+                                                        "Invariants 5",
+                                                        "Invariants 7",
+                                                        "Invariants 8",
+                                                        "Invariants 9"};
+
+// Block numbers of the check boxes (keys 0 to 19) and of the list items
+// (keys 20 to 27).
+const int boxBlocks[ZEBBrowser::boxCount] = {1,  2,  3,  11, 7, 13, 12, 15, 16, 8,
+                                             18, 29, 28, 27, 6, 4,  9,  10, 14, 17};
+const int itemBlocks[ZEBBrowser::blockCount - ZEBBrowser::boxCount] = {19, 20, 21, 22,
+                                                                       23, 24, 25, 26};
+
+// The groups of check boxes, by their first and last key; the last group
+// also holds the list.
+struct Group {
+    const char* title;
+    int firstKey, lastKey;
+};
+const Group groups[] = {{"ZEB File Info", 0, 3},
+                        {"Modal Properties", 4, 13},
+                        {"FEM Properties", 14, 18},
+                        {"Ondrel Properties", 19, 19}};
+
+const int defaultKeys[] = {0, 1, 14, 3, 19, 4};
+
+QVBoxLayout* boxColumn(const char* name)
+{
+    auto* column = new QVBoxLayout;
+    column->setObjectName(name);
+    column->setSpacing(0);
+    column->addStretch(1);
+    return column;
+}
+
+} // namespace
+
+QString ZEBBrowser::blockName(int key)
+{
+    return QString::fromLatin1(blockNames[key]);
+}
+
+int ZEBBrowser::blockNumber(int key)
+{
+    return key < boxCount ? boxBlocks[key] : itemBlocks[key - boxCount];
+}
 
 ZEBBrowser::ZEBBrowser(QWidget* parent, const char* name) : QWidget(parent)
 {
     setObjectName(QString::fromLatin1(name));
-    browseBtn = new QPushButton(this);
-    browseBtn->setToolTip("Start the GUI Browser for the selected components");
+
+    auto* mainLayout = new QBoxLayout(QBoxLayout::TopToBottom, this);
+    mainLayout->setContentsMargins(0, 0, 0, 0);
+    mainLayout->addStretch(1);
+    mainLayout->addLayout(createFileRow(), 20);
+    mainLayout->addStretch(1);
+    mainLayout->addWidget(createBlockGroups(), 20);
+    mainLayout->addStretch(1);
+
+    connect(inputFile, &QLineEdit::textChanged, this, &ZEBBrowser::checkCDB);
+    connect(browseBtn, &QPushButton::clicked, this, &ZEBBrowser::proxyBrowse);
+    connect(reportBtn, &QPushButton::clicked, this, &ZEBBrowser::proxyReport);
+    connect(this, &ZEBBrowser::startGenBrowse, this, &ZEBBrowser::generate);
+    connect(this, &ZEBBrowser::startGenReport, this, &ZEBBrowser::generate);
+    mainLayout->activate();
+    selectDefaultBlocks();
+}
+
+// Report list dialogs outlive the tab on purpose: the user closes them.
+ZEBBrowser::~ZEBBrowser() = default;
+
+QLayout* ZEBBrowser::createFileRow()
+{
+    auto* row = new QBoxLayout(QBoxLayout::LeftToRight);
+    row->addStretch(2);
+    row->addWidget(filerow::label("ZEB or HX DB Input File: ", this), 10);
+    inputFile = filerow::zebField(this, "inputFile");
+    row->addWidget(inputFile, 10);
+    row->addStretch(10);
+
+    row->addWidget(filerow::label("Index: ", this), 10);
+    bodyIndex = new BodyIndexField(this, inputFile);
+    indexLE = bodyIndex->lineEdit();
+    indexMenu = bodyIndex->menu();
+    row->addWidget(indexLE, 10);
+    row->addStretch(10);
+
+    browseBtn = pictures::pictureButton(this, pictures::browseButton(),
+                                        "Start the GUI Browser for the selected components");
+    row->addWidget(browseBtn, 10);
+    row->addSpacing(10);
+    row->addStretch(1);
+    reportBtn = pictures::pictureButton(this, pictures::reportButton(),
+                                        "Generate a report for the selected components");
+    row->addWidget(reportBtn, 10);
+    row->addStretch(2);
+    return row;
+}
+
+QGroupBox* ZEBBrowser::createBlockGroups()
+{
+    auto* components = new QGroupBox("ZEB Block Components", this);
+    components->setFont(filerow::boldFont());
+    components->setAlignment(Qt::AlignHCenter);
+    auto* row = new QBoxLayout(QBoxLayout::LeftToRight, components);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->addStretch(1);
+    for (const char* columnName : {"gbVBx1", "gbVBx2"}) {
+        QVBoxLayout* column = boxColumn(columnName);
+        const int first = columnName[5] == '1' ? 0 : 2;
+        for (int g = first; g < first + 2; ++g) {
+            column->addWidget(
+                createGroup(components, groups[g].title, groups[g].firstKey, groups[g].lastKey),
+                10);
+            column->addStretch(1);
+        }
+        row->addLayout(column, 10);
+        row->addStretch(1);
+    }
+    createInvariantList(components->findChild<QGroupBox*>(groups[3].title));
+
+    auto* buttons = new QVBoxLayout;
+    buttons->addStretch(10);
+    for (const char* text : {"Clear", "All"}) {
+        auto* button = new QPushButton(text, components);
+        button->setFixedSize(button->sizeHint());
+        buttons->addWidget(button, 4, Qt::AlignHCenter);
+        connect(button, &QPushButton::clicked, this,
+                text[0] == 'C' ? &ZEBBrowser::clearBlockBoxes : &ZEBBrowser::selectAllBlockBoxes);
+    }
+    buttons->addStretch(10);
+    row->addLayout(buttons, 1);
+    row->addStretch(1);
+    return components;
+}
+
+QGroupBox* ZEBBrowser::createGroup(QWidget* parent, const char* title, int firstKey, int lastKey)
+{
+    auto* group = new QGroupBox(title, parent);
+    group->setObjectName(title);
+    group->setAlignment(Qt::AlignHCenter);
+    auto* column = new QVBoxLayout(group);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->addStretch(1);
+    const bool modal = QByteArray(title) == "Modal Properties";
+    for (int key = firstKey; key <= lastKey; ++key) {
+        auto* box = new QCheckBox(blockName(key), group);
+        const QString tip = QString::asprintf("Block #%d", blockNumber(key));
+        box->setToolTip(tip);
+        if (modal) {
+            std::printf("tip = %s\n", qPrintable(tip));
+            std::fflush(stdout);
+        }
+        blockBoxes[key] = box;
+        box->setFixedSize(box->sizeHint());
+        column->addWidget(box, 4, Qt::AlignLeft);
+    }
+    column->addStretch(1);
+    return group;
+}
+
+// Eight checkable rows in key order; the list sorts on its one column,
+// which keeps that order, and every walk over it relies on it.
+void ZEBBrowser::createInvariantList(QGroupBox* group)
+{
+    invariantList = new QTreeWidget(group);
+    invariantList->setRootIsDecorated(false);
+    invariantList->setHeaderLabels({"name"});
+    invariantList->header()->hide();
+    invariantList->setFrameStyle(QFrame::Panel | QFrame::Sunken);
+    invariantList->setLineWidth(1);
+    invariantList->setToolTip("Blocks #19 - 26");
+    for (int key = boxCount; key < blockCount; ++key) {
+        auto* item = new QTreeWidgetItem(invariantList, {blockName(key)});
+        item->setFlags(item->flags() | Qt::ItemIsUserCheckable);
+        item->setCheckState(0, Qt::Unchecked);
+    }
+    invariantList->setSortingEnabled(true);
+    invariantList->sortByColumn(0, Qt::AscendingOrder);
+    invariantList->resizeColumnToContents(0);
+    invariantList->setMinimumHeight(3 * invariantList->sizeHintForRow(0));
+    auto* column = static_cast<QVBoxLayout*>(group->layout());
+    column->insertWidget(column->count() - 1, invariantList, 10);
+}
+
+void ZEBBrowser::selectDefaultBlocks()
+{
+    for (const int key : defaultKeys)
+        blockBoxes[key]->setChecked(true);
+}
+
+void ZEBBrowser::setAllBlocks(bool on)
+{
+    for (QCheckBox* box : blockBoxes)
+        box->setChecked(on);
+    for (int i = 0; i < invariantList->topLevelItemCount(); ++i)
+        invariantList->topLevelItem(i)->setCheckState(0, on ? Qt::Checked : Qt::Unchecked);
+}
+
+void ZEBBrowser::clearBlockBoxes()
+{
+    setAllBlocks(false);
+}
+
+void ZEBBrowser::selectAllBlockBoxes()
+{
+    setAllBlocks(true);
+}
+
+bool ZEBBrowser::isSelected(int key) const
+{
+    if (key < boxCount)
+        return blockBoxes[key]->isChecked();
+    return invariantList->topLevelItem(key - boxCount)->checkState(0) == Qt::Checked;
 }
 
 void ZEBBrowser::selected()
 {
     browseBtn->setDefault(true);
+}
+
+void ZEBBrowser::proxyBrowse()
+{
+    emit startGenBrowse(true);
+}
+
+void ZEBBrowser::proxyReport()
+{
+    emit startGenReport(false);
+}
+
+void ZEBBrowser::checkCDB()
+{
+    bodyIndex->checkCDB();
+}
+
+void ZEBBrowser::selectIndexFromCDB()
+{
+    bodyIndex->selectIndexFromCDB();
+}
+
+bool ZEBBrowser::eventFilter(QObject* watched, QEvent* event)
+{
+    return bodyIndex->filterEvent(watched, event) || QWidget::eventFilter(watched, event);
+}
+
+// A window of its own, owned by nobody: it deletes itself when closed.
+QWidget* ZEBBrowser::createBrowserWindow(QTabWidget*& tabs)
+{
+    auto* window = new QWidget(nullptr);
+    window->setObjectName("browser");
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    auto* grid = new QGridLayout(window);
+    grid->setContentsMargins(4, 4, 4, 4);
+    tabs = new QTabWidget(window);
+    tabs->setObjectName("tabwidget");
+    grid->addWidget(tabs, 0, 0, 1, 2);
+    grid->setColumnStretch(0, 1);
+    auto* close = new QPushButton("Close", window);
+    close->setObjectName("close_btn");
+    grid->addWidget(close, 1, 1);
+    connect(close, &QPushButton::clicked, window, &QWidget::close);
+    return window;
+}
+
+void ZEBBrowser::generate(bool browse)
+{
+    if (!bodyIndex->checkIndex())
+        return;
+    ZEBReport report(inputFile->text(), indexLE->text());
+    if (!report.valid)
+        return;
+    QTabWidget* tabs = nullptr;
+    QWidget* window = browse ? createBrowserWindow(tabs) : nullptr;
+
+    char blockSelection[ZEBReport::selectionSize] = {};
+    bool allSelected = true;
+    bool noneSelected = true;
+    for (int key = 0; key < blockCount; ++key) {
+        const int block = blockNumber(key);
+        if (!isSelected(key)) {
+            allSelected = false;
+            continue;
+        }
+        if (browse) {
+            auto* page = new QWidget(tabs);
+            tabs->addTab(page, blockName(key));
+            report.showBlock(page, block);
+        }
+        blockSelection[block] = 1;
+        noneSelected = false;
+    }
+    if (browse && noneSelected) {
+        delete window;
+        MessageBox::warning(nullptr, "No blocks selected",
+                            "Please select at least one ZEB block to browse.", "OK", "", "", 0, 0);
+        return;
+    }
+    if (browse) {
+        window->setWindowTitle("Ondrel Tamsel ZEB Browser");
+        window->setWindowIcon(pictures::windowIcon());
+        window->setWindowIconText("Browser");
+        window->resize(600, 300);
+        window->show();
+        return;
+    }
+    blockSelection[0] = allSelected ? 1 : 0;
+    reportList = new QMListDialog(report.generateReports(blockSelection), nullptr, nullptr, false);
+    reportList->show();
 }

@@ -1,1 +1,155 @@
 #include "zebreport.h"
+
+#include "blocklayouts.h"
+#include "blockreader.h"
+#include "blockview.h"
+#include "platform/commandline.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QGridLayout>
+#include <QProgressDialog>
+
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+
+std::function<QDateTime()> ZEBReport::clock = [] { return QDateTime::currentDateTime(); };
+std::function<int(const std::string&)> ZEBReport::runTool = platform::runCommandLine;
+std::function<void(QProgressDialog&)> ZEBReport::progressDialogMade;
+
+namespace
+{
+
+constexpr unsigned int lastBlock = 29;
+
+// Diagnostic lines go to standard output, each flushed with its line end.
+void say(const QByteArray& text)
+{
+    std::fputs(text.constData(), stdout);
+    std::fputc('\n', stdout);
+    std::fflush(stdout);
+}
+
+QString stamp(const QDateTime& time)
+{
+    return QString::asprintf("%02d%02d%02d%02d", time.date().month(), time.date().day(),
+                             time.time().hour(), time.time().minute());
+}
+
+QFont viewFont()
+{
+    QFont font("Courier", 10, -1, false);
+    font.setFixedPitch(true);
+    font.setStyleHint(QFont::TypeWriter, QFont::PreferDefault);
+    return font;
+}
+
+void putView(QWidget* page, const char* name, BlockText text)
+{
+    auto* view = new BlockView(page);
+    view->setObjectName(name);
+    view->setFont(viewFont());
+    view->setBlockText(std::move(text));
+    auto* grid = new QGridLayout(page);
+    grid->addWidget(view, 0, 0);
+    page->adjustSize();
+}
+
+int headerLinesOf(int block)
+{
+    return block >= 1 && block <= blockLayoutCount ? blockLayouts[block - 1].headerLines : 0;
+}
+
+} // namespace
+
+ZEBReport::ZEBReport(const QString& input, const QString& index)
+    : inputFile(input.trimmed()), indexText(index.trimmed())
+{
+    // The readable test takes the name as given, blanks and all.
+    if (!input.isEmpty())
+        valid = QFileInfo(input).isReadable();
+}
+
+QString ZEBReport::base() const
+{
+    return QDir::currentPath() + "/" + QFileInfo(inputFile).baseName();
+}
+
+bool ZEBReport::run(unsigned int block)
+{
+    if (block > lastBlock)
+        return false;
+    const QString source = inputFile + "::" + indexText;
+    const QString tool = QString::fromLocal8Bit(std::getenv("OKT_ZEB2MTX"));
+    QString command = QString("%1 \"%2\" -d \"%3\"").arg(tool, source, reportFile);
+    if (block != 0)
+        command += QString(" -b %1 ").arg(block);
+    say("runStr " + command.toLocal8Bit());
+    int status = runTool(command.toLocal8Bit().toStdString());
+    const QFileInfo info(reportFile);
+    if (!info.exists())
+        status = 0;
+    say("info.fileName() = " + info.fileName().toLocal8Bit());
+    say("return from run() : " + QByteArray::number(status));
+    return (status & 0xffff) != 0;
+}
+
+QString ZEBReport::generateReports(const char* blockSelection)
+{
+    const QString when = stamp(clock());
+    const QString wholeFile = QString("%1_%2.rpt").arg(base(), when);
+    say(wholeFile.toLocal8Bit());
+    if (blockSelection[0]) {
+        reportFile = wholeFile;
+        run(0);
+        return wholeFile;
+    }
+    QString result = "";
+    for (unsigned int block = 1; block <= lastBlock; ++block) {
+        if (!blockSelection[block])
+            continue;
+        reportFile = base() + QString("_%1_block%2.rpt").arg(when).arg(block);
+        result += "\n" + reportFile;
+        run(block);
+    }
+    return result;
+}
+
+bool ZEBReport::showBlock(QWidget* page, int block)
+{
+    if (!valid)
+        return false;
+    reportFile = base() + ".rpt";
+    if (!run(block)) {
+        putView(page, "error parsing block message",
+                BlockText::fromString("This Block could not be parsed or is empty."));
+        return true;
+    }
+    QFile file(reportFile);
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    const qint64 size = file.size();
+    const int total = int(qMin<qint64>(size, INT_MAX));
+
+    QProgressDialog progress(QString::asprintf("Parsing Block %d", block), "Cancel", 0, total);
+    progress.setObjectName("progress");
+    progress.setWindowModality(Qt::ApplicationModal);
+    progress.setValue(0); // starts the clock of the minimum duration
+    if (progressDialogMade)
+        progressDialogMade(progress);
+    BlockReader reader(
+        headerLinesOf(block),
+        [&progress](qint64 estimate) {
+            progress.setValue(int(qMin<qint64>(estimate, INT_MAX)));
+            return !progress.wasCanceled();
+        },
+        [](const QByteArray& line) { say("skipping: " + line); });
+    BlockText text = reader.read(file, size);
+    if (text.lineCount() == 0)
+        text = BlockText::fromString("This block is empty.");
+    putView(page, "text viewer", std::move(text));
+    progress.setValue(total);
+    return true;
+}

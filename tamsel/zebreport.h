@@ -1,1 +1,50 @@
 #pragma once
+
+#include <QDateTime>
+#include <QString>
+
+#include <functional>
+#include <string>
+
+class QProgressDialog;
+class QWidget;
+
+// One extraction job of the browser: has ZEB2MTX write block reports of an
+// input file (or a body of a database) into the current directory, and
+// either shows a report on a page or lists the time-stamped files written.
+class ZEBReport
+{
+public:
+    // Flags by block number, 1 to 29; element 0 asks for the whole file.
+    static constexpr int selectionSize = 30;
+
+    ZEBReport(const QString& inputFile, const QString& indexText);
+
+    // Runs the tool for one block (0: the whole file) into reportFile. True
+    // when the report counts as written: the file exists and the tool's
+    // status is non-zero in its low 16 bits (the tool's own convention).
+    bool run(unsigned int block);
+
+    // Writes the reports of the selection and returns the names asked
+    // for, each behind a line feed.
+    QString generateReports(const char* blockSelection);
+
+    // Runs the tool for the block and shows the report on the page. False
+    // only when this object is not valid or the report cannot be opened.
+    bool showBlock(QWidget* page, int block);
+
+    QString reportFile;
+    QString inputFile;
+    QString indexText;
+    bool valid = false;
+
+    // Where the time comes from, and how a command line runs; tests put
+    // their own here.
+    static std::function<QDateTime()> clock;
+    static std::function<int(const std::string&)> runTool;
+    // Called with each progress dialog before the reading starts.
+    static std::function<void(QProgressDialog&)> progressDialogMade;
+
+private:
+    QString base() const;
+};

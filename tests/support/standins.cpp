@@ -9,7 +9,7 @@ namespace
 
 const char* const variables[] = {"OKT_ZEB2MTX",           "OKT_QRT2ZEB",
                                  "TAMSEL_TERMINAL",       "TAMSEL_STANDIN_LOG",
-                                 "TAMSEL_STANDIN_STATUS", "OKT_ZEBWRITE_OPTIONS",
+                                 "TAMSEL_STANDIN_STATUS", "TAMSEL_STANDIN_FAIL_BLOCK", "OKT_ZEBWRITE_OPTIONS",
                                  "QRT_ONDREL_NAME",       "DISPLAY",
                                  "WAYLAND_DISPLAY",       "PATH"};
 
@@ -24,6 +24,7 @@ Standins::Standins(const QString& logDir) : log(logDir + "/standin.log")
     qputenv("TAMSEL_TERMINAL", "none");
     qputenv("TAMSEL_STANDIN_LOG", log.toLocal8Bit());
     qunsetenv("TAMSEL_STANDIN_STATUS");
+    qunsetenv("TAMSEL_STANDIN_FAIL_BLOCK");
     qunsetenv("OKT_ZEBWRITE_OPTIONS");
     // The console runs inline here: its pause must never wait for a key,
     // not even when the tests are started from a terminal.

@@ -1,0 +1,248 @@
+// The block page: which lines the reader keeps and when it reports progress,
+// and the view driven through its keys, mouse, find bar, clipboard and
+// accessible text.
+#include "blockreader.h"
+#include "blockview.h"
+#include "dialoganswerer.h"
+
+#include <QAccessible>
+#include <QBuffer>
+#include <QCheckBox>
+#include <QClipboard>
+#include <QLabel>
+#include <QLineEdit>
+#include <QScrollBar>
+#include <QTest>
+
+namespace
+{
+
+BlockText readBytes(QByteArray bytes, int header, QList<QByteArray>& skipped,
+                    BlockReader::Progress progress = {})
+{
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::ReadOnly);
+    BlockReader reader(header, std::move(progress), [&](const QByteArray& l) { skipped << l; });
+    return reader.read(buffer, buffer.size());
+}
+
+// Tabs, a combining accent, wide letters and cases to find beside plain lines.
+const QString sample = "alpha beta\tgamma\nse\u0301cond \uFF57\uFF49\uFF44\uFF45 line\nthird one\n"
+                       "abc Mode\nmode x MODE\nGr\u00F6\u00DFe kelvin\n";
+
+struct Page {
+    BlockView view;
+    QAccessibleTextInterface* text = nullptr;
+    explicit Page(const QString& content)
+    {
+        view.setBlockText(BlockText::fromString(content));
+        view.resize(400, 150);
+        view.show();
+        view.activateWindow();
+        view.setFocus();
+        text = QAccessible::queryAccessibleInterface(&view)->textInterface();
+    }
+    void keys(const QString& list)
+    {
+        for (const QString& key : list.split(',', Qt::SkipEmptyParts))
+            QTest::keySequence(&view, QKeySequence(key));
+    }
+};
+
+} // namespace
+
+class TestBlockView : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void reader_data();
+    void reader();
+    void progress_data();
+    void progress();
+    void interact_data();
+    void interact();
+    void endAndPages();
+    void accessible();
+};
+
+void TestBlockView::reader_data()
+{
+    using L = QList<QByteArray>;
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<int>("header");
+    QTest::addColumn<L>("kept");
+    QTest::addColumn<L>("skipped");
+    QTest::newRow("LF") << QByteArray("h\na\nb\n") << 1 << L{"a", "b"} << L{"h"};
+    QTest::newRow("CRLF") << QByteArray("h\r\na\r\nb\r\n") << 1 << L{"a", "b"} << L{"h"};
+    QTest::newRow("lone CR, no last end")
+        << QByteArray("a\rb\nc\r\r\nd\r") << 0 << L{"a\rb", "c\r", "d\r"} << L{};
+    QTest::newRow("empty dropped, blanks kept")
+        << QByteArray("h\n\na\r\n\r\n  \n\n b \n") << 1 << L{"a", "  ", " b "} << L{"h"};
+    QTest::newRow("short header") << QByteArray("h1\r\nh2") << 4 << L{} << L{"h1", "h2", "", ""};
+    QTest::newRow("just the header") << QByteArray("h1\nh2\n") << 2 << L{} << L{"h1", "h2"};
+    QTest::newRow("only empty after") << QByteArray("h\n\n\r\n\n") << 1 << L{} << L{"h"};
+    QTest::newRow("BOM") << QByteArray("\xEF\xBB\xBFx\ny\n") << 0 << L{"x", "y"} << L{};
+    QTest::newRow("BOM in header") << QByteArray("\xEF\xBB\xBFh\nx") << 1 << L{"x"} << L{"h"};
+    QTest::newRow("BOM later, raw bytes")
+        << QByteArray("x\n\xEF\xBB\xBFz\xFF\t\n") << 0 << L{"x", "\xEF\xBB\xBFz\xFF\t"} << L{};
+}
+
+void TestBlockView::reader()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(int, header);
+    QFETCH(QList<QByteArray>, kept);
+    QFETCH(QList<QByteArray>, skipped);
+    QList<QByteArray> skippedLines;
+    const BlockText text = readBytes(bytes, header, skippedLines);
+    QList<QByteArray> lines;
+    for (qsizetype i = 0; i < text.lineCount(); ++i)
+        lines << text.lineBytes(i);
+    QCOMPARE(lines, kept);
+    QCOMPARE(skippedLines, skipped);
+}
+
+void TestBlockView::progress_data()
+{
+    QTest::addColumn<QStringList>("pattern"); // lines 1, 2, ... take these in turn
+    QTest::addColumn<int>("answers");         // calls answered true before a false
+    QTest::addColumn<QList<qint64>>("calls");
+    QTest::addColumn<int>("kept");
+    using C = QList<qint64>;
+    const QStringList digits{"0123456789"};
+    QTest::newRow("to the end") << digits << 9 << C{10000, 20000} << 2500;
+    QTest::newRow("stop at once") << digits << 0 << C{10000} << 1000;
+    QTest::newRow("empty lines count; capped at the size")
+        << QStringList{"", "0123456789"} << 9 << C{10000, 17518} << 1250;
+    QTest::newRow("characters, not bytes")
+        << QStringList{"\u00E9t\u00E9"} << 9 << C{3000, 6000} << 2500;
+}
+
+void TestBlockView::progress()
+{
+    QFETCH(QStringList, pattern);
+    QFETCH(int, answers);
+    QFETCH(QList<qint64>, calls);
+    QFETCH(int, kept);
+    QByteArray bytes = "header 1\nheader 2\n";
+    for (int i = 0; i < 2500; ++i)
+        bytes += pattern[i % pattern.size()].toUtf8() + "\r\n";
+    QList<qint64> seen;
+    QList<QByteArray> skipped;
+    const auto progress = [&](qint64 estimate) {
+        seen << estimate;
+        return seen.size() <= answers;
+    };
+    const BlockText text = readBytes(bytes, 2, skipped, progress);
+    QCOMPARE(seen, calls);
+    QCOMPARE(skipped.size(), 2); // not counted
+    QCOMPARE(text.lineCount(), kept);
+    QCOMPARE(text.line(kept - 1), pattern.last());
+}
+
+void TestBlockView::interact_data()
+{
+    // Keys in the view; "drag" with the mouse, or a text to find and keys in the find bar
+    // ("case": the Match case box); the key that copies; the text then selected; the
+    // find bar's status.
+    QTest::addColumn<int>("at"); // where the selection starts
+    QTest::addColumn<QStringList>("steps");
+    using L = QStringList;
+    const QString two = sample.section('\n', 0, 1);
+    QTest::newRow("select all") << 0 << L{"Ctrl+A", "", "", "Ctrl+C", sample};
+    QTest::newRow("Shift+Down") << 0
+                                << L{"Shift+Down,Shift+Down", "", "", "Ctrl+Insert", two + "\n"};
+    QTest::newRow("a cluster a step")
+        << 18 << L{"Down,Right,Shift+Right", "", "", "Ctrl+C", "e\u0301"};
+    QTest::newRow("Shift+Up from the end") << 54
+                                           << L{"Ctrl+End,Shift+Up,Shift+Home", "", "", "Ctrl+C",
+                                                "mode x MODE\nGr\u00F6\u00DFe kelvin"};
+    QTest::newRow("drag") << 0 << L{"", "drag", "", "Ctrl+C", two};
+    QTest::newRow("find any case") << 49 << L{"", "mode", "Return", "Ctrl+C", "Mode", ""};
+    QTest::newRow("find the next") << 54 << L{"", "mode", "Return,F3", "", "mode", ""};
+    QTest::newRow("case counts") << 61 << L{"", "MODE", "case,Return", "", "MODE", ""};
+    QTest::newRow("back") << 54 << L{"Ctrl+End", "MODE", "Shift+Return,Shift+F3", "", "mode", ""};
+    QTest::newRow("back over the start")
+        << 0 << L{"", "alpha", "Shift+F3", "", "alpha", "Continued from the end"};
+    QTest::newRow("on over the end")
+        << 0 << L{"Ctrl+End", "Alpha", "Enter", "", "alpha", "Continued from the start"};
+    QTest::newRow("non-ASCII line") << 66 << L{"", "GR\u00D6", "Return", "", "Gr\u00F6", ""};
+    QTest::newRow("folds to ASCII") << 72 << L{"", "\u212Aelvin", "Return", "", "kelvin", ""};
+    QTest::newRow("not found") << 0 << L{"Right", "zzz", "Return", "Ctrl+C", "", "Not found"};
+}
+
+void TestBlockView::interact()
+{
+    QFETCH(int, at);
+    QFETCH(QStringList, steps);
+    Page page(sample);
+    QVERIFY(QTest::qWaitForWindowActive(&page.view));
+    DialogAnswerer answerer; // "not found" never comes as a box
+    QWidget* viewport = page.view.viewport();
+    QGuiApplication::clipboard()->clear();
+    page.keys(steps[0]);
+    if (steps[1] == "drag") {
+        const QPoint end(viewport->width() - 2, page.view.lineRect(1).center().y());
+        QTest::mousePress(viewport, Qt::LeftButton, {}, {1, page.view.lineRect(0).center().y()});
+        QTest::mouseMove(viewport, end);
+        QTest::mouseRelease(viewport, Qt::LeftButton, {}, end);
+    } else if (!steps[1].isEmpty()) {
+        page.keys("Ctrl+F");
+        auto* edit = page.view.findChild<QLineEdit*>("find text");
+        QVERIFY(edit && edit->hasFocus());
+        QLineEdit next(&page.view); // where the focus would go by itself
+        next.show();
+        edit->insert(steps[1]);
+        for (const QString& key : steps[2].split(','))
+            key == "case" ? QTest::mouseClick(page.view.findChild<QCheckBox*>(), Qt::LeftButton)
+                          : QTest::keySequence(edit, QKeySequence(key));
+        QCOMPARE(page.view.findChild<QLabel*>("find status")->text(), steps[5]);
+        QTest::keyClick(edit, Qt::Key_Escape);
+        QVERIFY(!edit->isVisible() && page.view.hasFocus());
+    }
+    int start, end;
+    page.text->selection(0, &start, &end);
+    QCOMPARE(start, at);
+    QCOMPARE(page.text->text(start, end), steps[4]);
+    QCOMPARE(page.view.selectedText(), steps[4]);
+    page.keys(steps[3]);
+    QCOMPARE(QGuiApplication::clipboard()->text(), steps[3].isEmpty() ? "" : steps[4]);
+    VERIFY_DIALOGS(answerer);
+}
+
+void TestBlockView::endAndPages()
+{
+    const QString content = QString("line\n").repeated(499);
+    Page page(content + QString(300, 'w'));
+    QScrollBar* vertical = page.view.verticalScrollBar();
+    QVERIFY(page.view.horizontalScrollBar()->maximum() > 0); // no wrapping
+    page.keys("End"); // alone it goes to the bottom, as Ctrl+End does
+    QCOMPARE(vertical->value(), vertical->maximum());
+    const QRect inSight = page.view.viewport()->rect();
+    QVERIFY(inSight.contains(page.view.lineRect(499)) && inSight.contains(page.view.cursorRect()));
+    page.keys("Ctrl+Home,PgDown,PgDown");
+    const int step = vertical->pageStep();
+    QCOMPARE(vertical->value(), 2 * step);
+    QCOMPARE(page.text->cursorPosition(), 2 * step * 5);
+}
+
+void TestBlockView::accessible()
+{
+    Page page(sample);
+    page.view.setAccessibleName("text viewer");
+    QAccessibleInterface* face = QAccessible::queryAccessibleInterface(&page.view);
+    QCOMPARE(face->role(), QAccessible::EditableText);
+    QVERIFY(face->state().readOnly && face->state().multiLine);
+    QCOMPARE(face->text(QAccessible::Name), "text viewer");
+    QCOMPARE(page.text->text(0, page.text->characterCount()), sample);
+    int start, end;
+    const int second = sample.indexOf('\n') + 1;
+    QCOMPARE(page.text->textAtOffset(second + 3, QAccessible::LineBoundary, &start, &end),
+             sample.section('\n', 1, 1) + "\n");
+    QCOMPARE(page.text->textAfterOffset(second + 1, QAccessible::CharBoundary, &start, &end),
+             "c"); // after the cluster e and its accent
+}
+
+QTEST_MAIN(TestBlockView)
+#include "test_blockview.moc"
