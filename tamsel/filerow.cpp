@@ -1,8 +1,10 @@
 #include "filerow.h"
 
 #include "app_qmfilelineedit.h"
+#include "bodyindexfield.h"
 
 #include <QApplication>
+#include <QBoxLayout>
 #include <QLabel>
 
 namespace filerow
@@ -28,6 +30,14 @@ QMFileLineEdit* zebField(QWidget* parent, const char* name)
     auto* field = new QMFileLineEdit(parent, name, QMFileLineEdit::FileMode);
     field->setFixedSize(200, 25);
     field->filters = QStringList{"ZEB files (*.zeb)", "HX DB files (*.MASTER)"};
+    return field;
+}
+
+BodyIndexField* addIndexField(QBoxLayout* row, QWidget* tab, QLineEdit* fileField)
+{
+    row->addWidget(label("Index: ", tab), 10);
+    auto* field = new BodyIndexField(tab, fileField);
+    row->addWidget(field->lineEdit(), 10);
     return field;
 }
 

@@ -3,7 +3,10 @@
 #include <QFont>
 #include <QString>
 
+class BodyIndexField;
+class QBoxLayout;
 class QLabel;
+class QLineEdit;
 class QMFileLineEdit;
 class QWidget;
 
@@ -19,5 +22,9 @@ QLabel* label(const QString& text, QWidget* parent);
 
 // A file field for a ZEB file or an HX DB file, 200 by 25.
 QMFileLineEdit* zebField(QWidget* parent, const char* name);
+
+// The label "Index: " and the body index field of fileField, added to the row
+// with stretch 10 each.
+BodyIndexField* addIndexField(QBoxLayout* row, QWidget* tab, QLineEdit* fileField);
 
 } // namespace filerow

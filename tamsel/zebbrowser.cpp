@@ -126,11 +126,9 @@ QLayout* ZEBBrowser::createFileRow()
     row->addWidget(inputFile, 10);
     row->addStretch(10);
 
-    row->addWidget(filerow::label("Index: ", this), 10);
-    bodyIndex = new BodyIndexField(this, inputFile);
+    bodyIndex = filerow::addIndexField(row, this, inputFile);
     indexLE = bodyIndex->lineEdit();
     indexMenu = bodyIndex->menu();
-    row->addWidget(indexLE, 10);
     row->addStretch(10);
 
     browseBtn = pictures::pictureButton(this, pictures::browseButton(),

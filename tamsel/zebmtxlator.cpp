@@ -132,11 +132,9 @@ QBoxLayout* ZEBMTXLator::createFileRow()
     row->addWidget(inputCombo, 10);
     row->addStretch(1);
 
-    row->addWidget(filerow::label("Index: ", this), 10);
-    bodyIndex = new BodyIndexField(this, inputCombo);
+    bodyIndex = filerow::addIndexField(row, this, inputCombo);
     indexLE = bodyIndex->lineEdit();
     indexMenu = bodyIndex->menu();
-    row->addWidget(indexLE, 10);
     row->addStretch(10);
 
     row->addWidget(filerow::label("Matrix Output File:", this), 10);

@@ -10,8 +10,8 @@
 #include "runcommand.h"
 
 #include <QBoxLayout>
-#include <QLabel>
 #include <QFile>
+#include <QLabel>
 #include <QPushButton>
 
 #include <cstdlib>
@@ -56,11 +56,9 @@ QBoxLayout* ZEBZEBOpt::createFileRow()
     row->addWidget(inputFile, 10);
     row->addStretch(10);
 
-    row->addWidget(filerow::label("Index: ", this), 10);
-    bodyIndex = new BodyIndexField(this, inputFile);
+    bodyIndex = filerow::addIndexField(row, this, inputFile);
     indexLE = bodyIndex->lineEdit();
     indexMenu = bodyIndex->menu();
-    row->addWidget(indexLE, 10);
     row->addStretch(10);
     row->addStretch(1);
 
