@@ -29,28 +29,25 @@
 namespace
 {
 
-QStringList tickedNames(ZEBBrowser& tab)
+// Ticks the named blocks when names are given; returns the ticked ones.
+QStringList ticks(ZEBBrowser& tab, const QStringList* names = nullptr)
 {
-    QStringList names;
-    for (auto* box : tab.findChildren<QCheckBox*>())
+    QStringList ticked;
+    for (auto* box : tab.findChildren<QCheckBox*>()) {
+        if (names)
+            box->setChecked(names->contains(box->text()));
         if (box->isChecked())
-            names << box->text();
-    const auto* list = tab.findChild<QTreeWidget*>();
-    for (int i = 0; i < list->topLevelItemCount(); ++i)
-        if (list->topLevelItem(i)->checkState(0) == Qt::Checked)
-            names << list->topLevelItem(i)->text(0);
-    return names;
-}
-
-void tick(ZEBBrowser& tab, const QStringList& names)
-{
-    for (auto* box : tab.findChildren<QCheckBox*>())
-        box->setChecked(names.contains(box->text()));
+            ticked << box->text();
+    }
     const auto* list = tab.findChild<QTreeWidget*>();
     for (int i = 0; i < list->topLevelItemCount(); ++i) {
         QTreeWidgetItem* item = list->topLevelItem(i);
-        item->setCheckState(0, names.contains(item->text(0)) ? Qt::Checked : Qt::Unchecked);
+        if (names)
+            item->setCheckState(0, names->contains(item->text(0)) ? Qt::Checked : Qt::Unchecked);
+        if (item->checkState(0) == Qt::Checked)
+            ticked << item->text(0);
     }
+    return ticked;
 }
 
 // The data lines of a block in a stand-in ZEB file, as a page shows them.
@@ -165,58 +162,48 @@ void TestZEBBrowser::blocksAndTicks()
     QCOMPARE(seen, table);
     QCOMPARE(list->toolTip() + QString::number(list->isHeaderHidden()), "Blocks #19 - 261");
 
-    QCOMPARE(tickedNames(tab), (QStringList{"Version code", "Header", "Units", "Eigenvalues",
-                                            "Global Body Properties", "Interface Nodes"}));
+    QCOMPARE(ticks(tab), (QStringList{"Version code", "Header", "Units", "Eigenvalues",
+                                      "Global Body Properties", "Interface Nodes"}));
     button(tab, "All")->click();
-    QCOMPARE(tickedNames(tab).size(), 28);
+    QCOMPARE(ticks(tab).size(), 28);
     button(tab, "Clear")->click();
-    QCOMPARE(tickedNames(tab), QStringList());
+    QCOMPARE(ticks(tab), QStringList());
 }
 
 void TestZEBBrowser::browse_data()
 {
-    QTest::addColumn<QString>("input"); // "beam": the sample; "empty": a file with empty blocks
-    QTest::addColumn<QString>("index"); // typed into the index field ("" leaves it)
-    QTest::addColumn<QStringList>("ticks");
+    QTest::addColumn<QString>("input");     // "beam": the sample; "empty": a file with empty blocks
+    QTest::addColumn<QString>("index");     // typed into the index field ("" leaves it)
+    QTest::addColumn<QStringList>("names"); // ticked
     QTest::addColumn<int>("failBlock");     // the stand-in cannot extract this one
     QTest::addColumn<QStringList>("pages"); // "name=block": the sample's data; "name=text"
     QTest::addColumn<QString>("message");   // caption of the one warning, if any
 
     const QString error = "This Block could not be parsed or is empty.\n";
-    QTest::newRow("leading lines of 11, 7, 16, 14, in key order")
-        << "beam"
-        << "" << QStringList{"Element Faces", "Units", "Mode Shape Transformation", "Eigenvalues"}
-        << 0
-        << QStringList{"Units=11", "Eigenvalues=7", "Mode Shape Transformation=16",
-                       "Element Faces=14"}
-        << "";
-    QTest::newRow("a failing block beside good ones")
-        << "beam"
-        << "" << QStringList{"Header", "Units", "Invariants 9"} << 11
-        << QStringList{"Header=2", "Units=" + error, "Invariants 9=26"} << "";
-    QTest::newRow("empty blocks") << "empty"
-                                  << "" << QStringList{"Version code", "Header"} << 0
-                                  << QStringList{"Version code=This block is empty.\n", "Header=  \n"}
-                                  << "";
-    QTest::newRow("database body")
-        << "vehicle.MASTER"
-        << "3" << QStringList{"Units"} << 0
-        << QStringList{"Units=  Units of rear_subframe      nodes=1872 modes=18 units=mm\n"} << "";
-    QTest::newRow("nothing ticked")
-        << "beam"
-        << "" << QStringList{} << 0 << QStringList{} << "No blocks selected";
-    QTest::newRow("index out of range")
-        << "vehicle.MASTER"
-        << "13" << QStringList{"Units"} << 0 << QStringList{} << "Invalid Index";
-    QTest::newRow("no such input") << "missing.zeb"
-                                   << "" << QStringList{"Units"} << 0 << QStringList{} << "";
+    using L = QStringList;
+    // clang-format off
+    QTest::newRow("leading lines of 11, 7, 16, 14, in key order") << "beam" << ""
+        << L{"Element Faces", "Units", "Mode Shape Transformation", "Eigenvalues"} << 0
+        << L{"Units=11", "Eigenvalues=7", "Mode Shape Transformation=16", "Element Faces=14"} << "";
+    QTest::newRow("a failing block beside good ones") << "beam" << ""
+        << L{"Header", "Units", "Invariants 9"} << 11
+        << L{"Header=2", "Units=" + error, "Invariants 9=26"} << "";
+    QTest::newRow("empty blocks") << "empty" << "" << L{"Version code", "Header"} << 0
+        << L{"Version code=This block is empty.\n", "Header=  \n"} << "";
+    QTest::newRow("database body") << "vehicle.MASTER" << "3" << L{"Units"} << 0
+        << L{"Units=  Units of rear_subframe      nodes=1872 modes=18 units=mm\n"} << "";
+    QTest::newRow("nothing ticked") << "beam" << "" << L{} << 0 << L{} << "No blocks selected";
+    QTest::newRow("index out of range") << "vehicle.MASTER" << "13" << L{"Units"} << 0 << L{}
+                                        << "Invalid Index";
+    QTest::newRow("no such input") << "missing" << "" << L{"Units"} << 0 << L{} << "";
+    // clang-format on
 }
 
 void TestZEBBrowser::browse()
 {
     QFETCH(QString, input);
     QFETCH(QString, index);
-    QFETCH(QStringList, ticks);
+    QFETCH(QStringList, names);
     QFETCH(int, failBlock);
     QFETCH(QStringList, pages);
     QFETCH(QString, message);
@@ -233,7 +220,7 @@ void TestZEBBrowser::browse()
     fileField(tab)->setText(path);
     if (!index.isEmpty())
         indexField(tab)->setText(index);
-    tick(tab, ticks);
+    ticks(tab, &names);
 
     DialogAnswerer answers;
     if (!message.isEmpty())
@@ -296,11 +283,11 @@ void TestZEBBrowser::reports()
     ZEBBrowser tab(nullptr, "ZEBBrowser");
     // The input lies elsewhere; its reports land in the working directory.
     fileField(tab)->setText(Standins::examplesDir() + "/beam.zeb");
-    QStringList ticks;
+    QStringList ticked;
     for (int key = 0; key < ZEBBrowser::blockCount; ++key)
         if (key != unticked && unticked != 28)
-            ticks << ZEBBrowser::blockName(key);
-    tick(tab, ticks);
+            ticked << ZEBBrowser::blockName(key);
+    ticks(tab, &ticked);
     button(tab, "Generate a report")->click();
 
     QMListDialog* list = nullptr;
