@@ -2,6 +2,7 @@
 
 #include "platform/shortpath.h"
 
+#include <QContextMenuEvent>
 #include <QCursor>
 #include <QDir>
 #include <QFileDialog>
@@ -23,14 +24,27 @@ bool hasChooser(int mode)
     return mode >= QMFileLineEdit::DirMode && mode < QMFileLineEdit::PlainMode;
 }
 
+// The right button opens the field's own menu or nothing, never the edit
+// menu too; a menu asked for from the keyboard (Menu key, Shift+F10) is the
+// line edit's own.
+class MouseMenuBlocker : public QObject
+{
+public:
+    using QObject::QObject;
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        return event->type() == QEvent::ContextMenu &&
+               static_cast<QContextMenuEvent*>(event)->reason() == QContextMenuEvent::Mouse;
+    }
+};
+
 } // namespace
 
 QMFileLineEdit::QMFileLineEdit(QWidget* parent, const char* name, int mode)
     : QLineEdit(parent), mode(mode)
 {
     setObjectName(QString::fromLatin1(name));
-    // The right button opens our own menu or nothing, never the edit menu.
-    setContextMenuPolicy(Qt::PreventContextMenu);
+    installEventFilter(new MouseMenuBlocker(this));
     if (!hasChooser(mode))
         return;
     menu = new QMenu;

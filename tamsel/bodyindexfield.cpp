@@ -4,6 +4,7 @@
 #include "messagebox.h"
 #include "zeb.h"
 
+#include <QContextMenuEvent>
 #include <QCursor>
 #include <QIntValidator>
 #include <QLineEdit>
@@ -19,8 +20,6 @@ BodyIndexField::BodyIndexField(QWidget* tab, QLineEdit* fileField)
     indexEdit->setText("1");
     indexEdit->setEnabled(false);
     indexEdit->installEventFilter(tab);
-    // The right button belongs to indexMenu alone, not to the edit menu too.
-    indexEdit->setContextMenuPolicy(Qt::PreventContextMenu);
 
     indexMenu = new QMenu;
     indexMenu->setObjectName("Select Index");
@@ -78,7 +77,10 @@ bool BodyIndexField::filterEvent(QObject* watched, QEvent* event)
         indexMenu->exec(QCursor::pos());
         return true;
     }
-    return false;
+    // The right button belongs to indexMenu alone; a menu asked for from the
+    // keyboard is the line edit's own.
+    return event->type() == QEvent::ContextMenu &&
+           static_cast<QContextMenuEvent*>(event)->reason() == QContextMenuEvent::Mouse;
 }
 
 bool BodyIndexField::checkIndex() const

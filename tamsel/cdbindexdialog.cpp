@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QBoxLayout>
 #include <QFontMetrics>
+#include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
 #include <QTreeWidget>
@@ -31,9 +32,10 @@ QCDBIndexDialog::QCDBIndexDialog(QWidget* parent, const char*, QString dbFile)
     bodyList->setRootIsDecorated(false);
     bodyList->setHeaderLabels({"Index", "Body Info"});
     // The index stays text, so "10" sorts ahead of "2"; a header click
-    // sorts by its column.
+    // sorts by its column, though no arrow says so.
     bodyList->setSortingEnabled(true);
     bodyList->sortByColumn(0, Qt::AscendingOrder);
+    bodyList->header()->setSortIndicatorShown(false);
     const int count = fillList();
     bodyList->setMinimumHeight(300);
     mainLayout->addWidget(bodyList, 10);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QFont>
+#include <QMargins>
 #include <QString>
 
 class BodyIndexField;
@@ -13,6 +14,14 @@ class QWidget;
 // The pieces of a tab's file row that every tab builds alike.
 namespace filerow
 {
+
+// Room between a frame and what it holds: flush against the frame, text and
+// fields look clipped at the tab's smallest size, where the stretches are gone.
+constexpr int frameRoom = 6;
+inline QMargins frameMargins()
+{
+    return QMargins(frameRoom, frameRoom, frameRoom, frameRoom);
+}
 
 // The default font's family and size, bold, not italic.
 QFont boldFont();

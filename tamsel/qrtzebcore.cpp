@@ -1,5 +1,7 @@
 #include "qrtzebcore.h"
 
+#include "filerow.h"
+
 #include "app_qmfilelineedit.h"
 #include "messagebox.h"
 #include "pictures.h"
@@ -147,7 +149,7 @@ QGroupBox* QRTZEBCore::createOptionsBox()
 {
     auto* box = new QGroupBox(this);
     auto* grid = new QGridLayout(box);
-    grid->setContentsMargins(0, 0, 0, 0);
+    grid->setContentsMargins(filerow::frameMargins());
     grid->setSpacing(-1);
     const int columnStretch[] = {0, 10, 1, 10, 1};
     for (int c = 0; c < 5; ++c)
@@ -218,7 +220,7 @@ void QRTZEBCore::createAutoPage()
     autoPage->setObjectName("autoPage");
     widgetStack->insertWidget(0, autoPage);
     auto* grid = new QGridLayout(autoPage);
-    grid->setContentsMargins(0, 0, 0, 0);
+    grid->setContentsMargins(filerow::frameMargins());
     grid->setSpacing(-1);
 
     stripFaceBox = fixedToHint(
@@ -287,7 +289,7 @@ void QRTZEBCore::createManualPage()
     layout->addWidget(example, 10);
     layout->addStretch(1);
 
-    auto* lines = boxLayout(QBoxLayout::TopToBottom, example, 0, -1);
+    auto* lines = boxLayout(QBoxLayout::TopToBottom, example, filerow::frameRoom, -1);
     lines->addStretch(1);
     const QFont plain = plainFont();
     for (const char* text :

@@ -19,7 +19,7 @@ QRTZEBLator::QRTZEBLator(QWidget* parent, const char* name) : QWidget(parent)
     setObjectName(QString::fromLatin1(name));
 
     auto* layout = new QBoxLayout(QBoxLayout::TopToBottom, this);
-    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setContentsMargins(filerow::frameMargins());
     layout->setSpacing(-1);
     layout->addStretch(1);
     auto* inputRow = new QBoxLayout(QBoxLayout::LeftToRight);

@@ -98,7 +98,7 @@ ZEBBrowser::ZEBBrowser(QWidget* parent, const char* name) : QWidget(parent)
     setObjectName(QString::fromLatin1(name));
 
     auto* mainLayout = new QBoxLayout(QBoxLayout::TopToBottom, this);
-    mainLayout->setContentsMargins(0, 0, 0, 0);
+    mainLayout->setContentsMargins(filerow::frameMargins());
     mainLayout->addStretch(1);
     mainLayout->addLayout(createFileRow(), 20);
     mainLayout->addStretch(1);
@@ -149,7 +149,7 @@ QGroupBox* ZEBBrowser::createBlockGroups()
     components->setFont(filerow::boldFont());
     components->setAlignment(Qt::AlignHCenter);
     auto* row = new QBoxLayout(QBoxLayout::LeftToRight, components);
-    row->setContentsMargins(0, 0, 0, 0);
+    row->setContentsMargins(filerow::frameMargins());
     row->addStretch(1);
     for (const char* columnName : {"gbVBx1", "gbVBx2"}) {
         QVBoxLayout* column = boxColumn(columnName);
@@ -186,7 +186,7 @@ QGroupBox* ZEBBrowser::createGroup(QWidget* parent, const char* title, int first
     group->setObjectName(title);
     group->setAlignment(Qt::AlignHCenter);
     auto* column = new QVBoxLayout(group);
-    column->setContentsMargins(0, 0, 0, 0);
+    column->setContentsMargins(filerow::frameMargins());
     column->addStretch(1);
     const bool modal = QByteArray(title) == "Modal Properties";
     for (int key = firstKey; key <= lastKey; ++key) {

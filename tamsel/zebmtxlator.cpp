@@ -80,7 +80,7 @@ void setGridStretches(QGridLayout* grid, const QList<int>& rows, const QList<int
 QGridLayout* boxGrid(QGroupBox* box, const QList<int>& rows, const QList<int>& columns)
 {
     auto* grid = new QGridLayout(box);
-    grid->setContentsMargins(0, 0, 0, 0);
+    grid->setContentsMargins(filerow::frameMargins());
     grid->setSpacing(-1);
     setGridStretches(grid, rows, columns);
     return grid;
@@ -94,7 +94,9 @@ ZEBMTXLator::ZEBMTXLator(QWidget* parent, const char* name) : QWidget(parent)
     const QFont bold = filerow::boldFont();
 
     auto* mainLayout = new QBoxLayout(QBoxLayout::TopToBottom, this);
-    mainLayout->setContentsMargins(0, 0, 0, 0);
+    // At the tab's smallest its stretches are gone: this keeps the file row
+    // and the groups off the tab's frame.
+    mainLayout->setContentsMargins(filerow::frameMargins());
     mainLayout->setSpacing(-1);
     mainLayout->addStretch(1);
     mainLayout->addLayout(createFileRow(), 4);
@@ -214,7 +216,7 @@ QRadioButton* ZEBMTXLator::addIncludeExclude(QGroupBox* box, int row)
 {
     auto* group = new QGroupBox(box);
     auto* layout = new QBoxLayout(QBoxLayout::TopToBottom, group);
-    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setContentsMargins(filerow::frameMargins());
     layout->setSpacing(-1);
     auto* buttons = new QButtonGroup(group);
     QRadioButton* include = nullptr;

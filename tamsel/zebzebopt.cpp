@@ -33,7 +33,7 @@ ZEBZEBOpt::ZEBZEBOpt(QWidget* parent, const char* name) : QWidget(parent)
     setObjectName(QString::fromLatin1(name));
 
     auto* mainLayout = new QBoxLayout(QBoxLayout::TopToBottom, this);
-    mainLayout->setContentsMargins(0, 0, 0, 0);
+    mainLayout->setContentsMargins(filerow::frameMargins());
     mainLayout->setSpacing(-1);
     mainLayout->addStretch(1);
     mainLayout->addLayout(createFileRow(), 4);

@@ -1,7 +1,7 @@
 #pragma once
 
-// Works the write options panel through its widgets, as a user would, and
-// sums up the message boxes a test saw.
+// Works the write options panel through its widgets, as a user would, sums
+// up the message boxes a test saw, and looks at how widgets are laid out.
 #include "dialoganswerer.h"
 
 #include <QAbstractButton>
@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QSlider>
+#include <QStackedWidget>
 #include <QTabBar>
 
 // The options entry's name, and its value for a panel left at its defaults.
@@ -61,4 +62,20 @@ inline QStringList messages(const DialogAnswerer& answers)
         if (seen.kind == "message")
             result.append(seen.title + ": " + seen.text + " [" + seen.buttons.join('|') + "]");
     return result;
+}
+
+// The visible widgets under top closer than 3 pixels to the frame or page
+// that holds them, but for those placed flush by design: in a stack, or held
+// by one of the named widgets.
+inline QStringList touchingTheirFrame(QWidget* top, const QStringList& flushIn)
+{
+    QStringList found;
+    for (QWidget* w : top->findChildren<QWidget*>()) {
+        const QWidget* holder = w->parentWidget();
+        if (w->isVisible() && !qobject_cast<const QStackedWidget*>(holder) &&
+            !flushIn.contains(holder->objectName()) &&
+            !holder->contentsRect().marginsRemoved({3, 3, 3, 3}).contains(w->geometry()))
+            found.append(w->metaObject()->className() + (" " + w->property("text").toString()));
+    }
+    return found;
 }

@@ -1,5 +1,6 @@
-// The command runner: the batch file it writes, the run through the console
-// with the stand-in translators, and the cases where nothing may run.
+// The command runner: the batch file it writes, the run through the console,
+// inline or handed to a terminal, with the stand-in translators, the status
+// it reports, and the cases where nothing may run.
 #include "runcommand.h"
 
 #include "dialoganswerer.h"
@@ -7,78 +8,99 @@
 #include "scratchdir.h"
 #include "standins.h"
 
-#include <QDir>
-#include <QFile>
 #include <QMessageBox>
-#include <QTest>
 
 class TestRunCommand : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void run_data();
-    void run();
-};
-
-void TestRunCommand::run_data()
-{
-    QTest::addColumn<QString>("where"); // "locked": read-only, "bat dir": the batch name is taken
-    QTest::addColumn<QString>("tail");  // after the translator's command line
-    QTest::addColumn<int>("outcome");   // failed: the translator exits 3
-    QTest::addColumn<QString>("named"); // in the message when nothing runs
-    const int ok = RunResult::Succeeded, failed = RunResult::Failed, notRun = RunResult::NotRun;
-    // clang-format off
-    QTest::newRow("translator exits 0")        << ""        << ""                 << ok     << "";
-    QTest::newRow("translator exits 3")        << ""        << ""                 << failed << "";
-    QTest::newRow("directory not writable")    << "locked"  << ""                 << notRun << "%d is not writable";
-    QTest::newRow("batch name is a directory") << "bat dir" << ""                 << notRun << "%d/runtamsel.bat";
-    QTest::newRow("line break in the command") << ""        << "\ntouch INJECTED" << notRun << "line break";
-    // clang-format on
-}
-
-void TestRunCommand::run()
-{
-    QFETCH(QString, where);
-    QFETCH(QString, tail);
-    QFETCH(int, outcome);
-    QFETCH(QString, named);
-    ScratchDir scratch;
-    Standins standins(scratch.path());
-    Standins::setStatus(outcome == RunResult::Failed ? 3 : 0);
-    ReadOnlyDir locked;
-    QVERIFY2(where != "locked" || locked.isValid(), "cannot make a directory read-only here");
-    const QString dir = where == "locked" ? locked.path() : scratch.path();
-    QVERIFY(QDir().mkdir("Übung") && scratch.write("Übung/Träger 1.out", "QRT\n"));
-    // A longer file from before is replaced whole.
-    QVERIFY(where == "bat dir" ? QDir().mkdir("runtamsel.bat")
-                               : scratch.write("runtamsel.bat", QByteArray(2000, 'x')));
-    const QString input = scratch.filePath("Übung/Träger 1.out");
-    const QString command = '"' + Standins::program("qrt2zeb-standin") + "\" \"" + input + '"';
-    DialogAnswerer answers;
-    if (!named.isEmpty())
-        answers.pressButton("OK");
-    QVERIFY(QDir::setCurrent(dir));
-    const RunResult result = runCommand(command + tail, "Prüfen ...");
-    QDir::setCurrent(scratch.path());
-    VERIFY_DIALOGS(answers);
-    QCOMPARE(int(result.outcome()), outcome);
-    const auto runs = standins.runs();
-    if (!named.isEmpty()) {
-        QVERIFY(runs.isEmpty() && !QFile::exists(scratch.filePath("INJECTED")));
-        const auto& box = answers.seen().constFirst();
-        QCOMPARE(box.title + " " + box.buttons.join(','), QString("Unable To Run OK"));
-        QCOMPARE(box.icon, int(QMessageBox::Warning));
-        QVERIFY2(box.text.contains(named.replace("%d", dir)), qPrintable(box.text));
-        return;
+    void run_data()
+    {
+        // The fake terminals start the console in "/" and have its translator exit
+        // with 4; inline it exits with 0, so the status tells where it ran.
+        QTest::addColumn<QString>("terminal"); // "": none, the console runs inline
+        QTest::addColumn<QString>("where");    // "locked": read-only, "bat dir": name taken
+        QTest::addColumn<QString>("tail");     // after the translator's command line
+        QTest::addColumn<int>("status");
+        QTest::addColumn<int>("outcome");
+        QTest::addColumn<QString>("named"); // in the message when nothing runs
+        const int ok = RunResult::Succeeded, failed = RunResult::Failed, notRun = RunResult::NotRun;
+        const QString cd = "#!/bin/sh\ncd /\n", four = "TAMSEL_STANDIN_STATUS=4 \"$@\" >/dev/null";
+        // clang-format off
+        QTest::newRow("inline")                 << ""                       << "" << "" << 0 << ok << "";
+        QTest::newRow("terminal returns early") << cd + four + " &\n"       << "" << "" << 0x400 << failed << "";
+        QTest::newRow("terminal waits")         << cd + four + "\nexit 0\n" << "" << "" << 0x400 << failed << "";
+        QTest::newRow("never started: inline")  << "#!/bin/sh\nexit 1\n"    << "" << "" << 0 << ok << "";
+        // Given up on, the late console must not run the batch a second time.
+        QTest::newRow("started too late: inline")
+            << "#!/bin/sh\n(sleep 4; " + four + ") 2>&1 &\n"                << "" << "" << 0 << ok << "";
+        QTest::newRow("killed before it tells") // on a slow batch of its own
+            << cd + "echo 'sh -c \"sleep 9\"' > \"$3/slow.bat\"\nsetsid \"$1\" \"$2\" \"$3\" \"$4\" \"$5\" "
+               "\"$3/slow.bat\" >/dev/null &\nwhile [ ! -e \"$5.started\" ]; do sleep 0.05; done\n"
+               "kill -KILL -$!\n"                                      << "" << "" << 0x100 << failed << "";
+        QTest::newRow("low 16 bits 0: success")
+            << cd + "\"$@\" >/dev/null\necho 65536 > \"$5\"\n"              << "" << "" << 0x10000 << ok << "";
+        QTest::newRow("directory not writable") << "" << "locked"  << ""                 << 0 << notRun << "%d is not writable";
+        QTest::newRow("batch name is a dir")    << "" << "bat dir" << ""                 << 0 << notRun << "%d/runtamsel.bat";
+        QTest::newRow("line break in command")  << "" << ""        << "\ntouch INJECTED" << 0 << notRun << "line break";
+        // clang-format on
     }
-    QCOMPARE(runs.size(), 1);
-    QCOMPARE(runs[0].args, QStringList{input});
-    // Title and command go in as the locale's 8-bit text, as they stand.
-    const QString batch = "@echo off\necho Begin Prüfen ...\necho.\necho command : %1\necho.\n"
-                          "%1\necho.\necho End Prüfen ...\necho.\npause\n";
-    QCOMPARE(scratch.read("runtamsel.bat"), batch.arg(command).toLocal8Bit());
-}
+
+    void run()
+    {
+        QFETCH(QString, terminal);
+        QFETCH(QString, where);
+        QFETCH(QString, tail);
+        QFETCH(QString, named);
+        ScratchDir scratch;
+        Standins standins(scratch.path());
+        QVERIFY(scratch.write("term", terminal.toUtf8(), true));
+        if (!terminal.isEmpty())
+            qputenv("TAMSEL_TERMINAL", scratch.filePath("term").toLocal8Bit());
+        ReadOnlyDir locked;
+        QVERIFY2(where != "locked" || locked.isValid(), "cannot make a directory read-only here");
+        const QString dir = where == "locked" ? locked.path() : scratch.path();
+        // No shell: a name full of shell syntax reaches the translator as it is.
+        const QString name = "Übung/$(id);Träger 'q' `id`|x.out";
+        QVERIFY(QDir().mkdir("Übung") && scratch.write(name, "QRT\n"));
+        // A longer file from before is replaced whole.
+        QVERIFY(where == "bat dir" ? QDir().mkdir("runtamsel.bat")
+                                   : scratch.write("runtamsel.bat", QByteArray(2000, 'x')));
+        const QString input = scratch.filePath(name);
+        const QString command = '"' + Standins::program("qrt2zeb-standin") + "\" \"" + input + '"';
+        DialogAnswerer answers;
+        if (!named.isEmpty())
+            answers.pressButton("OK");
+        QVERIFY(QDir::setCurrent(dir));
+        const RunResult result = runCommand(command + tail, "Prüfen ...");
+        QDir::setCurrent(scratch.path());
+        VERIFY_DIALOGS(answers);
+        QTEST(int(result.outcome()), "outcome");
+        QTEST(result.status(), "status");
+        QTest::qWait(terminal.contains("sleep 4") ? 2500 : 0);
+        const auto runs = standins.runs();
+        if (!named.isEmpty()) {
+            QVERIFY(runs.isEmpty() && !QFile::exists(scratch.filePath("INJECTED")));
+            const QString box = answers.boxes().value(0);
+            QVERIFY2(box.startsWith("Unable To Run: ") &&
+                         box.endsWith("\nNothing was run. [OK] OK/OK") &&
+                         box.contains(named.replace("%d", dir)),
+                     qPrintable(box));
+            QCOMPARE(answers.seen().constFirst().icon, int(QMessageBox::Warning));
+            return;
+        }
+        if (terminal.contains("kill")) // the translator may or may not have run
+            return;
+        // Once, in our working directory, wherever the terminal starts.
+        QCOMPARE(runs.size(), 1);
+        QCOMPARE(runs[0].args + QStringList{runs[0].cwd}, (QStringList{input, scratch.path()}));
+        // Title and command go in as the locale's 8-bit text, as they stand.
+        const QString batch = "@echo off\necho Begin Prüfen ...\necho.\necho command : %1\necho.\n"
+                              "%1\necho.\necho End Prüfen ...\necho.\npause\n";
+        QCOMPARE(scratch.read("runtamsel.bat"), batch.arg(command).toLocal8Bit());
+    }
+};
 
 QTEST_MAIN(TestRunCommand)
 #include "test_runcommand.moc"

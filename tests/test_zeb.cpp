@@ -28,74 +28,68 @@ class TestZeb : public QObject
     Q_OBJECT
 
 private slots:
-    void database_data();
-    void database();
-    void notADatabase();
-};
+    void database_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QByteArrayList>("bodies");
 
-void TestZeb::database_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QByteArrayList>("bodies");
-
-    const QByteArrayList none;
-    // 1022 ASCII bytes and a two-byte character: 1024 bytes do not fit.
-    const QByteArray clipped = QByteArray(1022, 'a') + "ü" + QByteArray(100, 'b');
-    // clang-format off
-    QTest::newRow("bytes kept, CR LF")
-        << QByteArray("HXDB 1\r\nBODY arm_left   nodes=1234 units=mm\nBODY   Bügel links: a::b  \t\r\nBODY \n")
-        << QByteArrayList{"arm_left   nodes=1234 units=mm", "  Bügel links: a::b  \t", ""};
-    QTest::newRow("other lines ignored")
-        << QByteArray("HXDB 1\n# comment\nBODY a\nbody b\n BODY c\nBODYd\nBODY e") << QByteArrayList{"a", "e"};
-    QTest::newRow("clipped whole")
-        << "HXDB 1\nBODY " + clipped + "\nBODY " + QByteArray(1023, 'c')
-        << QByteArrayList{QByteArray(1022, 'a'), QByteArray(1023, 'c')};
-    QTest::newRow("magic only")             << QByteArray("HXDB 1\n")                 << none;
-    QTest::newRow("magic without line end") << QByteArray("HXDB 1")                   << none;
-    QTest::newRow("empty file")             << QByteArray("")                         << none;
-    QTest::newRow("wrong version")          << QByteArray("HXDB 2\nBODY a\n")         << none;
-    QTest::newRow("magic not first")        << QByteArray("\nHXDB 1\nBODY a\n")       << none;
-    QTest::newRow("magic with more behind") << QByteArray("HXDB 10\nBODY a\n")        << none;
-    QTest::newRow("binary with magic")      << QByteArray("HXDB 1\nBODY a\0b\n", 16)  << none;
-    // clang-format on
-}
-
-void TestZeb::database()
-{
-    QFETCH(QByteArray, content);
-    QFETCH(QByteArrayList, bodies);
-    ScratchDir dir;
-    QVERIFY(dir.write("db.MASTER", content));
-    const QString db = dir.filePath("db.MASTER");
-    QCOMPARE(ZEB_BodyCount(qPrintable(db)), bodies.size());
-    for (int i = 0; i <= bodies.size() + 1; ++i) // 0 and past the end: empty
-        QCOMPARE(info(db, i), bodies.value(i - 1));
-}
-
-void TestZeb::notADatabase()
-{
-    ScratchDir dir;
-    QVERIFY(QDir().mkdir("folder.MASTER"));
-    QCOMPARE(::mkfifo("fifo.MASTER", 0600), 0);
-    // The fifo must not block; none of them may crash.
-    for (const QString& path : {QString(), dir.filePath("missing"), dir.filePath("folder.MASTER"),
-                                dir.filePath("fifo.MASTER")}) {
-        QCOMPARE(ZEB_BodyCount(qPrintable(path)), 0);
-        QCOMPARE(info(path, 1), QByteArray());
+        const QByteArrayList none;
+        // 1022 ASCII bytes and a two-byte character: 1024 bytes do not fit.
+        const QByteArray clipped = QByteArray(1022, 'a') + "ü" + QByteArray(100, 'b');
+        // clang-format off
+        QTest::newRow("bytes kept, CR LF")
+            << QByteArray("HXDB 1\r\nBODY arm_left   nodes=1234 units=mm\nBODY   Bügel links: a::b  \t\r\nBODY \n")
+            << QByteArrayList{"arm_left   nodes=1234 units=mm", "  Bügel links: a::b  \t", ""};
+        QTest::newRow("other lines ignored")
+            << QByteArray("HXDB 1\n# comment\nBODY a\nbody b\n BODY c\nBODYd\nBODY e") << QByteArrayList{"a", "e"};
+        QTest::newRow("clipped whole")
+            << "HXDB 1\nBODY " + clipped + "\nBODY " + QByteArray(1023, 'c')
+            << QByteArrayList{QByteArray(1022, 'a'), QByteArray(1023, 'c')};
+        QTest::newRow("empty file")             << QByteArray("")                         << none;
+        QTest::newRow("wrong version")          << QByteArray("HXDB 2\nBODY a\n")         << none;
+        QTest::newRow("magic not first")        << QByteArray("\nHXDB 1\nBODY a\n")       << none;
+        QTest::newRow("magic with more behind") << QByteArray("HXDB 10\nBODY a\n")        << none;
+        QTest::newRow("binary with magic")      << QByteArray("HXDB 1\nBODY a\0b\n", 16)  << none;
+        // clang-format on
     }
-    QCOMPARE(ZEB_BodyCount(nullptr), 0);
-    QCOMPARE(ZEB_GetBodyInfo(nullptr, 1, nullptr), 0);
 
-    // The cache follows the file as it changes and goes.
-    const QString db = dir.filePath("db.MASTER");
-    QVERIFY(dir.write("db.MASTER", "HXDB 1\nBODY a\nBODY b\n"));
-    QCOMPARE(info(db, 2), QByteArray("b"));
-    QVERIFY(dir.write("db.MASTER", "HXDB 1\nBODY a\nBODY b\nBODY c\n"));
-    QCOMPARE(ZEB_BodyCount(qPrintable(db)), 3);
-    QCOMPARE(info(db, 3), QByteArray("c"));
-    QVERIFY(QFile::remove(db));
-    QCOMPARE(ZEB_BodyCount(qPrintable(db)), 0);
-}
+    void database()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(QByteArrayList, bodies);
+        ScratchDir dir;
+        QVERIFY(dir.write("db.MASTER", content));
+        const QString db = dir.filePath("db.MASTER");
+        QCOMPARE(ZEB_BodyCount(qPrintable(db)), bodies.size());
+        for (int i = 0; i <= bodies.size() + 1; ++i) // 0 and past the end: empty
+            QCOMPARE(info(db, i), bodies.value(i - 1));
+    }
+
+    void notADatabase()
+    {
+        ScratchDir dir;
+        QVERIFY(QDir().mkdir("folder.MASTER"));
+        QCOMPARE(::mkfifo("fifo.MASTER", 0600), 0);
+        // The fifo must not block; none of them may crash.
+        for (const QString& path : {QString(), dir.filePath("missing"),
+                                    dir.filePath("folder.MASTER"), dir.filePath("fifo.MASTER")}) {
+            QCOMPARE(ZEB_BodyCount(qPrintable(path)), 0);
+            QCOMPARE(info(path, 1), QByteArray());
+        }
+        QCOMPARE(ZEB_BodyCount(nullptr), 0);
+        QCOMPARE(ZEB_GetBodyInfo(nullptr, 1, nullptr), 0);
+
+        // The cache follows the file as it changes and goes.
+        const QString db = dir.filePath("db.MASTER");
+        QVERIFY(dir.write("db.MASTER", "HXDB 1\nBODY a\nBODY b\n"));
+        QCOMPARE(info(db, 2), QByteArray("b"));
+        QVERIFY(dir.write("db.MASTER", "HXDB 1\nBODY a\nBODY b\nBODY c\n"));
+        QCOMPARE(ZEB_BodyCount(qPrintable(db)), 3);
+        QCOMPARE(info(db, 3), QByteArray("c"));
+        QVERIFY(QFile::remove(db));
+        QCOMPARE(ZEB_BodyCount(qPrintable(db)), 0);
+    }
+};
 
 QTEST_GUILESS_MAIN(TestZeb)
 #include "test_zeb.moc"

@@ -1,9 +1,9 @@
 // The matrix tab's run: the boxes it shows in their order, the final output
 // name, the command line as the stand-in receives it through the console,
-// and the files that are and are not written.
+// and, at the tab's smallest, room between frames and what they hold.
 #include "zebmtxlator.h"
 
-#include "dialoganswerer.h"
+#include "qrtroad_helpers.h"
 #include "scratchdir.h"
 #include "standins.h"
 
@@ -12,35 +12,30 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QTest>
 
 namespace
 {
 
-struct MatrixTab {
-    ZEBMTXLator tab{nullptr, "ZEBMTXLator"};
-
-    // "name=text" fills a field or picks a unit; -N and -M choose "Exclude"
-    // for nodes or modes, -F clears "Fast Invar", "status=n" makes the
-    // stand-in fail. Then the run button.
-    void run(const QStringList& settings)
-    {
-        const auto radios = tab.findChildren<QRadioButton*>();
-        for (const QString& s : settings) {
-            if (auto* edit = tab.findChild<QLineEdit*>(s.section('=', 0, 0)))
-                edit->setText(s.section('=', 1));
-            if (auto* box = tab.findChild<QComboBox*>(s.section('=', 0, 0)))
-                box->setCurrentText(s.section('=', 1));
-            if (s == "-N" || s == "-M")
-                radios[s == "-N" ? 1 : 3]->setChecked(true);
-            if (s == "-F")
-                tab.findChild<QCheckBox*>()->setChecked(false);
-            if (s.startsWith("status="))
-                Standins::setStatus(s.section('=', 1).toInt());
-        }
-        QTest::mouseClick(tab.findChild<QPushButton*>(), Qt::LeftButton);
+// "name=text" fills a field or picks a unit; -N and -M choose "Exclude" for
+// nodes or modes, -F clears "Fast Invar", "status=n" makes the stand-in fail.
+// Then the run button.
+void run(ZEBMTXLator& tab, const QStringList& settings)
+{
+    const auto radios = tab.findChildren<QRadioButton*>();
+    for (const QString& s : settings) {
+        if (auto* edit = tab.findChild<QLineEdit*>(s.section('=', 0, 0)))
+            edit->setText(s.section('=', 1));
+        if (auto* box = tab.findChild<QComboBox*>(s.section('=', 0, 0)))
+            box->setCurrentText(s.section('=', 1));
+        if (s == "-N" || s == "-M")
+            radios[s == "-N" ? 1 : 3]->setChecked(true);
+        if (s == "-F")
+            tab.findChild<QCheckBox*>()->setChecked(false);
+        if (s.startsWith("status="))
+            Standins::setStatus(s.section('=', 1).toInt());
     }
-};
+    QTest::mouseClick(tab.findChild<QPushButton*>(), Qt::LeftButton);
+}
 
 const QString tool = qEnvironmentVariable("TAMSEL_BIN_DIR") + "/zeb2mtx-standin";
 
@@ -51,109 +46,97 @@ class TestZEBMTXLator : public QObject
     Q_OBJECT
 
 private slots:
-    void translate_data();
-    void translate();
+    void translate_data()
+    {
+        QTest::addColumn<QStringList>("settings");
+        QTest::addColumn<QStringList>("presses");
+        QTest::addColumn<QStringList>("boxes");
+        QTest::addColumn<QString>("args"); // as the stand-in received them; empty: no run
+
+        using L = QStringList;
+        const QString info = "info: %T %1 [OK|Cancel] OK/Cancel";
+        const QString overwrite = "Tamsel: A file called model.mtx already exists.\n"
+                                  "Do you want to overwrite it? [&Yes|No] No/ in ZEBMTXLator";
+        const QString noOutput = "Missing File: You must supply an output Matrix file. [OK] OK/OK";
+        const QString noInput =
+            "Missing File: You must supply an input ZEB or HX DB file. [OK] OK/OK";
+        const QString failed = "Translation Problems: Translating ZEB to MTX problems.\n"
+                               "Check your environment, permissions. [OK] OK/";
+        const QString beam = info.arg("\"beam.zeb\" -o \"model.mtx\" -F");
+        const QList<QPair<QString, QString>> names{
+            {"ARM.MTX", "ARM.MTX"},   {"arm.txt", "arm.txt"}, {"a.b.c", "a.b.c"},
+            {"x.b/c", "x.b/c"},       {"arm", "arm.mtx"},     {"  arm  ", "arm.mtx"},
+            {"abc.de", "abc.de.mtx"}, {"ab", "ab.mtx"},       {"arm.mtxx", "arm.mtxx.mtx"}};
+        for (const auto& [typed, name] : names)
+            QTest::newRow(qPrintable("output name " + typed))
+                << L{"inputCombo=beam.zeb", "outputLE=" + typed} << L{"Cancel"}
+                << L{info.arg("\"beam.zeb\" -o \"" + name + "\" -F")} << "";
+        // clang-format off
+        QTest::newRow("worked line: third body")
+            << L{"inputCombo=arm.MASTER", "inputFile=3", "outputLE=arm_out", "nodeIDs=1 3:10 11 15",
+                 "modeList=7:12", "-M", "lengthCB=MILLIMETER", "forceCB=KNEWTON", "-F"} << L{"OK"}
+            << L{info.arg("\"arm.MASTER::3\" -o \"arm_out.mtx\" +N 1 3:10 11 15 -M 7:12 "
+                          "-l MILLIMETER -f KNEWTON")}
+            << "arm.MASTER::3|-o|arm_out.mtx|+N|1|3:10|11|15|-M|7:12|-l|MILLIMETER|-f|KNEWTON";
+        QTest::newRow("every unit, in flag order")
+            << L{"inputCombo=arm.zeb", "outputLE=m.mtx", "nodeIDs=5", "-N", "modeList=1:4",
+                 "lengthCB=INCH", "timeCB=HOUR", "massCB=SLUG", "forceCB=DYNE"} << L{"OK"}
+            << L{info.arg("\"arm.zeb\" -o \"m.mtx\" -N 5 +M 1:4 -l INCH -m SLUG -t HOUR -f DYNE -F")}
+            << "arm.zeb|-o|m.mtx|-N|5|+M|1:4|-l|INCH|-m|SLUG|-t|HOUR|-f|DYNE|-F";
+        QTest::newRow("blanks, shell and 8-bit text in names")
+            << L{"inputCombo=$(id);Träger 1.zeb", "outputLE= my out ", "nodeIDs=  "} << L{"OK"}
+            << L{info.arg("\"$(id);Träger 1.zeb\" -o \"my out.mtx\" +N    -F")}
+            << "$(id);Träger 1.zeb|-o|my out.mtx|+N|-F";
+        QTest::newRow("blank output, first") << L{"outputLE=  "} << L{"OK"} << L{noOutput} << "";
+        QTest::newRow("overwrite, then missing input") << L{"outputLE=model"} << L{"&Yes", "OK"}
+            << L{overwrite, noInput} << "";
+        QTest::newRow("overwrite answered No") << L{"inputCombo=beam.zeb", "outputLE=model"} << L{"No"}
+            << L{overwrite} << "";
+        QTest::newRow("info cancelled after Yes") << L{"inputCombo=beam.zeb", "outputLE=model"}
+            << L{"&Yes", "Cancel"} << L{overwrite, beam} << "";
+        QTest::newRow("Yes and OK") << L{"inputCombo=beam.zeb", "outputLE=model.mtx"} << L{"&Yes", "OK"}
+            << L{overwrite, beam} << "beam.zeb|-o|model.mtx|-F";
+        QTest::newRow("translator fails") << L{"inputCombo=beam.zeb", "outputLE=model", "status=5"}
+            << L{"&Yes", "OK", "OK"} << L{overwrite, beam, failed} << "beam.zeb|-o|model.mtx|-F";
+        QTest::newRow("blank input, unreadable") << L{"inputCombo=  ", "outputLE=out"} << L{"OK", "OK"}
+            << L{info.arg("\"\" -o \"out.mtx\" -F"), failed} << "|-o|out.mtx|-F";
+        // clang-format on
+    }
+
+    void translate()
+    {
+        QFETCH(QStringList, settings);
+        QFETCH(QStringList, presses);
+        QFETCH(QString, args);
+        ScratchDir dir;
+        for (const char* name : {"beam.zeb", "arm.zeb", "$(id);Träger 1.zeb", "arm.MASTER"})
+            dir.write(name, "HXDB 1\nBODY a\nBODY b\nBODY c\n");
+        dir.write("model.mtx", "old");
+        Standins standins(dir.path());
+        ZEBMTXLator tab(nullptr, "ZEBMTXLator");
+        DialogAnswerer answers;
+        for (const QString& press : presses)
+            answers.pressButton(press);
+        run(tab, settings);
+        VERIFY_DIALOGS(answers);
+        QStringList seen = answers.boxes();
+        QTEST(seen.replaceInStrings(tool, "%T"), "boxes");
+        const auto runs = standins.runs();
+        QCOMPARE(runs.size(), int(!args.isEmpty()));
+        QCOMPARE(dir.read("runtamsel.bat").isEmpty(), args.isEmpty());
+        if (!args.isEmpty())
+            QCOMPARE(runs[0].args, args.split('|'));
+    }
+
+    // At the tab's smallest: the run button, the labels and the boxes.
+    void nothingOnAFrame()
+    {
+        ZEBMTXLator tab(nullptr, "ZEBMTXLator");
+        tab.resize(tab.minimumSizeHint());
+        tab.show();
+        QCOMPARE(touchingTheirFrame(&tab, {}), QStringList());
+    }
 };
-
-void TestZEBMTXLator::translate_data()
-{
-    QTest::addColumn<QStringList>("settings");
-    QTest::addColumn<QStringList>("presses");
-    QTest::addColumn<QStringList>("boxes"); // title|text|buttons|default|parent
-    QTest::addColumn<QString>("args");      // as the stand-in received them; empty: no run
-
-    using L = QStringList;
-    const QString info = "info|%T %1|OK,Cancel|OK|";
-    const QString overwrite = "Tamsel|A file called model.mtx already exists.\n"
-                              "Do you want to overwrite it?|&Yes,No|No|tab";
-    const QString noOutput = "Missing File|You must supply an output Matrix file.|OK|OK|";
-    const QString noInput = "Missing File|You must supply an input ZEB or HX DB file.|OK|OK|";
-    const QString failed = "Translation Problems|Translating ZEB to MTX problems.\n"
-                           "Check your environment, permissions.|OK|OK|";
-    const QString beam = info.arg("\"beam.zeb\" -o \"model.mtx\" -F");
-    const QString sample = Standins::examplesDir() + "/vehicle.MASTER";
-    const QList<QPair<QString, QString>> names{
-        {"ARM.MTX", "ARM.MTX"},   {"arm.txt", "arm.txt"}, {"a.b.c", "a.b.c"},
-        {"x.b/c", "x.b/c"},       {"arm", "arm.mtx"},     {"  arm  ", "arm.mtx"},
-        {"abc.de", "abc.de.mtx"}, {"ab", "ab.mtx"},       {"arm.mtxx", "arm.mtxx.mtx"}};
-    for (const auto& [typed, name] : names)
-        QTest::newRow(qPrintable("output name " + typed))
-            << L{"inputCombo=beam.zeb", "outputLE=" + typed} << L{"Cancel"}
-            << L{info.arg("\"beam.zeb\" -o \"" + name + "\" -F")} << "";
-    // clang-format off
-    QTest::newRow("worked line: defaults") << L{"inputCombo=arm.zeb", "outputLE=arm_out"} << L{"OK"}
-        << L{info.arg("\"arm.zeb\" -o \"arm_out.mtx\" -F")} << "arm.zeb|-o|arm_out.mtx|-F";
-    QTest::newRow("worked line: third body")
-        << L{"inputCombo=arm.MASTER", "inputFile=3", "outputLE=arm_out", "nodeIDs=1 3:10 11 15",
-             "modeList=7:12", "-M", "lengthCB=MILLIMETER", "forceCB=KNEWTON", "-F"} << L{"OK"}
-        << L{info.arg("\"arm.MASTER::3\" -o \"arm_out.mtx\" +N 1 3:10 11 15 -M 7:12 "
-                      "-l MILLIMETER -f KNEWTON")}
-        << "arm.MASTER::3|-o|arm_out.mtx|+N|1|3:10|11|15|-M|7:12|-l|MILLIMETER|-f|KNEWTON";
-    QTest::newRow("every unit, in flag order")
-        << L{"inputCombo=arm.zeb", "outputLE=m.mtx", "nodeIDs=5", "-N", "modeList=1:4",
-             "lengthCB=INCH", "timeCB=HOUR", "massCB=SLUG", "forceCB=DYNE"} << L{"OK"}
-        << L{info.arg("\"arm.zeb\" -o \"m.mtx\" -N 5 +M 1:4 -l INCH -m SLUG -t HOUR -f DYNE -F")}
-        << "arm.zeb|-o|m.mtx|-N|5|+M|1:4|-l|INCH|-m|SLUG|-t|HOUR|-f|DYNE|-F";
-    QTest::newRow("blanks, shell and 8-bit text in names")
-        << L{"inputCombo=$(id);Träger 1.zeb", "outputLE= my out ", "nodeIDs=  "} << L{"OK"}
-        << L{info.arg("\"$(id);Träger 1.zeb\" -o \"my out.mtx\" +N    -F")}
-        << "$(id);Träger 1.zeb|-o|my out.mtx|+N|-F";
-    QTest::newRow("sample database, body 10")
-        << L{"inputCombo=" + sample, "inputFile=10", "outputLE=body10", "-F"} << L{"OK"}
-        << L{info.arg("\"" + sample + "::10\" -o \"body10.mtx\"")} << sample + "::10|-o|body10.mtx";
-    QTest::newRow("blank output, first") << L{"outputLE=  "} << L{"OK"} << L{noOutput} << "";
-    QTest::newRow("overwrite, then missing input") << L{"outputLE=model"} << L{"&Yes", "OK"}
-        << L{overwrite, noInput} << "";
-    QTest::newRow("overwrite answered No") << L{"inputCombo=beam.zeb", "outputLE=model"} << L{"No"}
-        << L{overwrite} << "";
-    QTest::newRow("info cancelled after Yes") << L{"inputCombo=beam.zeb", "outputLE=model"}
-        << L{"&Yes", "Cancel"} << L{overwrite, beam} << "";
-    QTest::newRow("Yes and OK") << L{"inputCombo=beam.zeb", "outputLE=model.mtx"} << L{"&Yes", "OK"}
-        << L{overwrite, beam} << "beam.zeb|-o|model.mtx|-F";
-    QTest::newRow("translator fails") << L{"inputCombo=beam.zeb", "outputLE=model", "status=5"}
-        << L{"&Yes", "OK", "OK"} << L{overwrite, beam, failed} << "beam.zeb|-o|model.mtx|-F";
-    QTest::newRow("blank input, unreadable") << L{"inputCombo=  ", "outputLE=out"} << L{"OK", "OK"}
-        << L{info.arg("\"\" -o \"out.mtx\" -F"), failed} << "|-o|out.mtx|-F";
-    // clang-format on
-}
-
-void TestZEBMTXLator::translate()
-{
-    QFETCH(QStringList, settings);
-    QFETCH(QStringList, presses);
-    QFETCH(QString, args);
-    ScratchDir dir;
-    for (const char* name : {"beam.zeb", "arm.zeb", "$(id);Träger 1.zeb", "arm.MASTER"})
-        dir.write(name, "HXDB 1\nBODY a\nBODY b\nBODY c\n");
-    const QByteArray before("old\r\n\0\xff matrix", 15);
-    dir.write("model.mtx", before);
-    Standins standins(dir.path());
-    MatrixTab m;
-    m.tab.selected();
-    QVERIFY(m.tab.findChild<QPushButton*>()->isDefault());
-    DialogAnswerer answers;
-    for (const QString& press : presses)
-        answers.pressButton(press);
-    m.run(settings);
-    VERIFY_DIALOGS(answers);
-    QStringList seen;
-    for (const auto& box : answers.seen())
-        seen.append(QStringList{box.title, QString(box.text).replace(tool, "%T"),
-                                box.buttons.join(','), box.defaultButton,
-                                box.parent == &m.tab ? "tab" : ""}
-                        .join('|'));
-    QTEST(seen, "boxes");
-    const auto runs = standins.runs();
-    QCOMPARE(runs.size(), int(!args.isEmpty()));
-    QCOMPARE(dir.read("runtamsel.bat").isEmpty(), args.isEmpty());
-    const bool written = !args.isEmpty() && !seen.last().startsWith("Translation Problems");
-    if (written)
-        QVERIFY(dir.read(runs[0].args[2]).startsWith("ZEB2MTX stand-in matrix file\n"));
-    if (!args.isEmpty())
-        QCOMPARE(runs[0].args, args.split('|'));
-    if (!written || runs[0].args[2] != "model.mtx")
-        QCOMPARE(dir.read("model.mtx"), before);
-}
 
 QTEST_MAIN(TestZEBMTXLator)
 #include "test_zebmtxlator.moc"

@@ -7,7 +7,6 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QTest>
 
 namespace
 {
@@ -41,12 +40,6 @@ void choose(QFileDialog* dialog, const QStringList& paths)
 
 } // namespace
 
-DialogAnswerer::DialogAnswerer()
-{
-    connect(&timer, &QTimer::timeout, this, &DialogAnswerer::poll);
-    timer.start(10);
-}
-
 DialogAnswerer::~DialogAnswerer()
 {
     // A dialog still open here would block whoever comes next.
@@ -58,16 +51,10 @@ DialogAnswerer::~DialogAnswerer()
     }
 }
 
-DialogAnswerer& DialogAnswerer::expect(const QString& kind, const QStringList& values,
-                                       Action action)
-{
-    answers.append({kind, values, std::move(action)});
-    return *this;
-}
-
 bool DialogAnswerer::waitUntilDone(int timeoutMs)
 {
-    return QTest::qWaitFor([this] { return answers.isEmpty(); }, timeoutMs) &&
+    poll(); // a popup open now counts, even one that would close unseen
+    return QTest::qWaitFor([this] { return answers.isEmpty() && !acting; }, timeoutMs) &&
            unexpectedDialogs.isEmpty();
 }
 
@@ -98,17 +85,18 @@ void DialogAnswerer::poll()
     if ((seen.kind == "message" || seen.kind == "menu") && entry < 0)
         return dismiss(w, what + " has no " + next.values.value(0));
     // Acting later lets this poll return first, so nested dialogs are seen.
-    QTimer::singleShot(0, this, [w = QPointer<QWidget>(w), next, entry] {
+    ++acting;
+    QTimer::singleShot(0, this, [this, w = QPointer<QWidget>(w), next, entry] {
+        --acting;
         if (!w)
             return;
-        if (next.kind == "menu") {
-            auto* menu = static_cast<QMenu*>(w.data());
+        if (auto* menu = qobject_cast<QMenu*>(w)) {
             menu->setActiveAction(menu->actions().value(entry));
             QTest::keyClick(menu, Qt::Key_Return);
-        } else if (next.kind == "message") {
-            static_cast<QMessageBox*>(w.data())->buttons().value(entry)->click();
-        } else if (next.kind == "file") {
-            choose(static_cast<QFileDialog*>(w.data()), next.values);
+        } else if (auto* box = qobject_cast<QMessageBox*>(w)) {
+            box->buttons().value(entry)->click();
+        } else if (auto* dialog = qobject_cast<QFileDialog*>(w)) {
+            choose(dialog, next.values);
         } else {
             next.action(w);
         }
@@ -125,8 +113,8 @@ DialogAnswerer::Seen DialogAnswerer::record(QWidget* w)
     if (auto* menu = qobject_cast<QMenu*>(w)) {
         s.kind = "menu";
         s.title = menu->objectName();
-        for (QAction* a : menu->actions())
-            s.buttons.append(a->text());
+        for (QAction* a : menu->actions()) // less the shortcut behind a tab
+            s.buttons.append(a->text().section('\t', 0, 0));
     } else if (auto* box = qobject_cast<QMessageBox*>(w)) {
         s.kind = "message";
         s.text = box->text();
@@ -134,6 +122,7 @@ DialogAnswerer::Seen DialogAnswerer::record(QWidget* w)
         for (QAbstractButton* b : box->buttons())
             s.buttons.append(b->text());
         s.defaultButton = box->defaultButton() ? box->defaultButton()->text() : "";
+        s.escapeButton = box->escapeButton() ? box->escapeButton()->text() : "";
     } else if (auto* dialog = qobject_cast<QFileDialog*>(w)) {
         s.kind = "file";
         s.filters = dialog->nameFilters();
@@ -148,4 +137,16 @@ void DialogAnswerer::dismiss(QWidget* w, const QString& why)
 {
     unexpectedDialogs.append(why);
     QTimer::singleShot(0, this, [guard = QPointer<QWidget>(w)] { reject(guard); });
+}
+
+QStringList DialogAnswerer::boxes() const
+{
+    QStringList result;
+    for (const auto& s : seenDialogs)
+        if (s.kind == "message")
+            result.append(
+                QString("%1: %2 [%3] %4/%5")
+                    .arg(s.title, s.text, s.buttons.join('|'), s.defaultButton, s.escapeButton) +
+                (s.parent ? " in " + s.parentClass : ""));
+    return result;
 }

@@ -3,6 +3,7 @@
 #include <QObject>
 #include <QPointer>
 #include <QStringList>
+#include <QTest>
 #include <QTimer>
 
 #include <functional>
@@ -24,6 +25,7 @@ public:
         QString text;              // message text
         QStringList buttons;       // message box buttons or menu entries, in order
         QString defaultButton;     // text of the default button
+        QString escapeButton;      // text of the escape button, "" for none
         int icon = 0;              // QMessageBox::Icon
         QStringList filters;       // file dialog name filters
         QString directory;         // file dialog directory when it opened
@@ -32,7 +34,11 @@ public:
         QString parentClass;       // class name of the parent, "" for none
     };
 
-    DialogAnswerer();
+    DialogAnswerer()
+    {
+        connect(&timer, &QTimer::timeout, this, &DialogAnswerer::poll);
+        timer.start(10);
+    }
     ~DialogAnswerer() override;
 
     // The next message box: press the button with this text.
@@ -42,12 +48,15 @@ public:
     DialogAnswerer& chooseFile(const QString& path) { return chooseFiles({path}); }
     // The next file dialog: cancel, after going to this folder if given.
     DialogAnswerer& cancelFileDialog(const QString& to = "") { return expect("file", {"", to}); }
-    // The next popup menu: trigger the entry with this text.
+    // The next popup menu: trigger the entry with this text (less its shortcut).
     DialogAnswerer& chooseMenuEntry(const QString& text) { return expect("menu", {text}); }
     // The next other modal dialog: let the test act on it.
     DialogAnswerer& handleDialog(Action action) { return expect("dialog", {}, action); }
 
     const QList<Seen>& seen() const { return seenDialogs; }
+    // "caption: text [buttons] default/escape" of each message box seen, with
+    // " in CLASS" behind when it has a parent.
+    QStringList boxes() const;
     QStringList unexpected() const { return unexpectedDialogs; }
 
     // Waits (bounded) until every answer is used; true when they were and no
@@ -61,7 +70,11 @@ private:
         Action action;
     };
 
-    DialogAnswerer& expect(const QString& kind, const QStringList& values, Action action = {});
+    DialogAnswerer& expect(const QString& kind, const QStringList& values, Action action = {})
+    {
+        answers.append({kind, values, std::move(action)});
+        return *this;
+    }
     void poll();
     Seen record(QWidget* w);
     void dismiss(QWidget* w, const QString& why);
@@ -72,6 +85,7 @@ private:
     QStringList unexpectedDialogs;
     QList<QPointer<QWidget>> handled;
     int stuckPolls = 0;
+    int acting = 0; // answers taken but not yet acted on
 };
 
 // Fails the current test function (and returns from it) unless every
