@@ -13,8 +13,8 @@ class QMenu;
 // and lets the user pick the body from a list.
 //
 // The tab keeps the field and the menu as its own members, installs itself
-// as the field's event filter (done here), connects the file field's
-// textChanged() to its checkCDB() slot, and forwards its checkCDB(),
+// as the field's event filter (done here), has the file field's
+// textChanged() call its checkCDB() slot (filerow::addIndexField), and forwards its checkCDB(),
 // selectIndexFromCDB() and eventFilter() here. The menu entry calls the
 // tab's selectIndexFromCDB() slot, so the tab must have one.
 class BodyIndexField : public QObject

@@ -10,6 +10,19 @@
 namespace filerow
 {
 
+namespace
+{
+
+QMFileLineEdit* zebField(QWidget* parent, const char* name)
+{
+    auto* field = new QMFileLineEdit(parent, name, QMFileLineEdit::FileMode);
+    field->setFixedSize(200, 25);
+    field->filters = QStringList{"ZEB files (*.zeb)", "HX DB files (*.MASTER)"};
+    return field;
+}
+
+} // namespace
+
 QFont boldFont()
 {
     const QFont font = QApplication::font();
@@ -25,11 +38,11 @@ QLabel* label(const QString& text, QWidget* parent)
     return label;
 }
 
-QMFileLineEdit* zebField(QWidget* parent, const char* name)
+QMFileLineEdit* addZebField(QBoxLayout* row, QWidget* tab, const QString& text, const char* name)
 {
-    auto* field = new QMFileLineEdit(parent, name, QMFileLineEdit::FileMode);
-    field->setFixedSize(200, 25);
-    field->filters = QStringList{"ZEB files (*.zeb)", "HX DB files (*.MASTER)"};
+    row->addWidget(label(text, tab), 10);
+    QMFileLineEdit* field = zebField(tab, name);
+    row->addWidget(field, 10);
     return field;
 }
 
@@ -38,6 +51,7 @@ BodyIndexField* addIndexField(QBoxLayout* row, QWidget* tab, QLineEdit* fileFiel
     row->addWidget(label("Index: ", tab), 10);
     auto* field = new BodyIndexField(tab, fileField);
     row->addWidget(field->lineEdit(), 10);
+    QObject::connect(fileField, SIGNAL(textChanged(QString)), tab, SLOT(checkCDB()));
     return field;
 }
 

@@ -29,11 +29,12 @@ QFont boldFont();
 // A centred bold label fixed at its size.
 QLabel* label(const QString& text, QWidget* parent);
 
-// A file field for a ZEB file or an HX DB file, 200 by 25.
-QMFileLineEdit* zebField(QWidget* parent, const char* name);
+// The label and a ZEB file field (200 by 25, ZEB and HX DB filters) behind it, added to the row
+// with stretch 10 each.
+QMFileLineEdit* addZebField(QBoxLayout* row, QWidget* tab, const QString& label, const char* name);
 
 // The label "Index: " and the body index field of fileField, added to the row
-// with stretch 10 each.
+// with stretch 10 each; a change of the file field calls the tab's checkCDB().
 BodyIndexField* addIndexField(QBoxLayout* row, QWidget* tab, QLineEdit* fileField);
 
 } // namespace filerow

@@ -105,7 +105,6 @@ ZEBBrowser::ZEBBrowser(QWidget* parent, const char* name) : QWidget(parent)
     mainLayout->addWidget(createBlockGroups(), 20);
     mainLayout->addStretch(1);
 
-    connect(inputFile, &QLineEdit::textChanged, this, &ZEBBrowser::checkCDB);
     connect(browseBtn, &QPushButton::clicked, this, &ZEBBrowser::proxyBrowse);
     connect(reportBtn, &QPushButton::clicked, this, &ZEBBrowser::proxyReport);
     connect(this, &ZEBBrowser::startGenBrowse, this, &ZEBBrowser::generate);
@@ -121,9 +120,7 @@ QLayout* ZEBBrowser::createFileRow()
 {
     auto* row = new QBoxLayout(QBoxLayout::LeftToRight);
     row->addStretch(2);
-    row->addWidget(filerow::label("ZEB or HX DB Input File: ", this), 10);
-    inputFile = filerow::zebField(this, "inputFile");
-    row->addWidget(inputFile, 10);
+    inputFile = filerow::addZebField(row, this, "ZEB or HX DB Input File: ", "inputFile");
     row->addStretch(10);
 
     bodyIndex = filerow::addIndexField(row, this, inputFile);

@@ -120,7 +120,6 @@ ZEBMTXLator::ZEBMTXLator(QWidget* parent, const char* name) : QWidget(parent)
     mainLayout->addWidget(fastInvarCB, 1, Qt::AlignCenter);
     mainLayout->addStretch(1);
 
-    connect(inputCombo, &QLineEdit::textChanged, this, &ZEBMTXLator::checkCDB);
     connect(translatePB, &QPushButton::clicked, this, &ZEBMTXLator::translate);
     mainLayout->activate();
 }
@@ -129,9 +128,7 @@ QBoxLayout* ZEBMTXLator::createFileRow()
 {
     auto* row = new QBoxLayout(QBoxLayout::LeftToRight);
     row->addStretch(1);
-    row->addWidget(filerow::label("ZEB or HX DB Input File:", this), 10);
-    inputCombo = filerow::zebField(this, "inputCombo");
-    row->addWidget(inputCombo, 10);
+    inputCombo = filerow::addZebField(row, this, "ZEB or HX DB Input File:", "inputCombo");
     row->addStretch(1);
 
     bodyIndex = filerow::addIndexField(row, this, inputCombo);

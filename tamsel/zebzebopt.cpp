@@ -42,7 +42,6 @@ ZEBZEBOpt::ZEBZEBOpt(QWidget* parent, const char* name) : QWidget(parent)
     mainLayout->addWidget(core, 20);
     mainLayout->addStretch(1);
 
-    connect(inputFile, &QLineEdit::textChanged, this, &ZEBZEBOpt::checkCDB);
     connect(optimizePB, &QPushButton::clicked, this, &ZEBZEBOpt::optimize);
     mainLayout->activate();
 }
@@ -51,9 +50,7 @@ QBoxLayout* ZEBZEBOpt::createFileRow()
 {
     auto* row = new QBoxLayout(QBoxLayout::LeftToRight);
     row->addStretch(1);
-    row->addWidget(filerow::label("ZEB or HX DB Input File: ", this), 10);
-    inputFile = filerow::zebField(this, "inputFile");
-    row->addWidget(inputFile, 10);
+    inputFile = filerow::addZebField(row, this, "ZEB or HX DB Input File: ", "inputFile");
     row->addStretch(10);
 
     bodyIndex = filerow::addIndexField(row, this, inputFile);
@@ -62,9 +59,7 @@ QBoxLayout* ZEBZEBOpt::createFileRow()
     row->addStretch(10);
     row->addStretch(1);
 
-    row->addWidget(filerow::label("ZEB or HX DB Output File:", this), 10);
-    output = filerow::zebField(this, "output");
-    row->addWidget(output, 10);
+    output = filerow::addZebField(row, this, "ZEB or HX DB Output File:", "output");
     row->addStretch(1);
 
     optimizePB = pictures::runPushButton(this, "Begin Optimization");
