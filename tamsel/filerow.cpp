@@ -23,6 +23,15 @@ QMFileLineEdit* zebField(QWidget* parent, const char* name)
 
 } // namespace
 
+QBoxLayout* tabLayout(QWidget* tab)
+{
+    auto* layout = new QBoxLayout(QBoxLayout::TopToBottom, tab);
+    layout->setContentsMargins(frameMargins());
+    layout->setSpacing(-1);
+    layout->addStretch(1);
+    return layout;
+}
+
 QFont boldFont()
 {
     const QFont font = QApplication::font();

@@ -23,6 +23,9 @@ inline QMargins frameMargins()
     return QMargins(frameRoom, frameRoom, frameRoom, frameRoom);
 }
 
+// A tab's main layout, top to bottom, starting with a stretch of 1.
+QBoxLayout* tabLayout(QWidget* tab);
+
 // The default font's family and size, bold, not italic.
 QFont boldFont();
 

@@ -5,6 +5,7 @@
 #include "app_qmfilelineedit.h"
 #include "messagebox.h"
 #include "pictures.h"
+#include "platform/environment.h"
 #include "qmlistdialog.h"
 
 #include <QApplication>
@@ -444,4 +445,12 @@ void QRTZEBCore::genScript()
 
     QMListDialog dialog(QDir::currentPath() + "/" + scriptFileName, nullptr, nullptr, true, {});
     dialog.exec();
+}
+
+// setenv copies the entry, so no buffer limits its length.
+void QRTZEBCore::putOptions()
+{
+    const QString options = writeOptions();
+    if (!options.isEmpty())
+        platform::putEnv(options.toLocal8Bit().toStdString());
 }

@@ -29,6 +29,9 @@ public:
     // The whole "OKT_ZEBWRITE_OPTIONS=..." entry, or an empty string (after a
     // warning) when the Manual tab lacks its sketch file name.
     QString writeOptions();
+    // Puts writeOptions() into the environment of the process and of every
+    // translator run later; an empty string leaves the environment alone.
+    void putOptions();
 
 signals:
     void setMeshLblVal(const QString& text);

@@ -4,7 +4,6 @@
 #include "filerow.h"
 #include "messagebox.h"
 #include "pictures.h"
-#include "platform/environment.h"
 #include "qrtzebcore.h"
 #include "runcommand.h"
 
@@ -18,10 +17,7 @@ QRTZEBLator::QRTZEBLator(QWidget* parent, const char* name) : QWidget(parent)
 {
     setObjectName(QString::fromLatin1(name));
 
-    auto* layout = new QBoxLayout(QBoxLayout::TopToBottom, this);
-    layout->setContentsMargins(filerow::frameMargins());
-    layout->setSpacing(-1);
-    layout->addStretch(1);
+    QBoxLayout* layout = filerow::tabLayout(this);
     auto* inputRow = new QBoxLayout(QBoxLayout::LeftToRight);
     layout->addLayout(inputRow, 4);
 
@@ -55,10 +51,7 @@ void QRTZEBLator::selected()
 void QRTZEBLator::translate()
 {
     // The options go into the environment even when a later check fails.
-    // setenv copies the entry, so no buffer limits its length.
-    const QString options = core->writeOptions();
-    if (!options.isEmpty())
-        platform::putEnv(options.toLocal8Bit().toStdString());
+    core->putOptions();
 
     const QString input = inputFile->text();
     if (input.isEmpty()) {

@@ -97,9 +97,7 @@ ZEBBrowser::ZEBBrowser(QWidget* parent, const char* name) : QWidget(parent)
 {
     setObjectName(QString::fromLatin1(name));
 
-    auto* mainLayout = new QBoxLayout(QBoxLayout::TopToBottom, this);
-    mainLayout->setContentsMargins(filerow::frameMargins());
-    mainLayout->addStretch(1);
+    QBoxLayout* mainLayout = filerow::tabLayout(this);
     mainLayout->addLayout(createFileRow(), 20);
     mainLayout->addStretch(1);
     mainLayout->addWidget(createBlockGroups(), 20);

@@ -93,12 +93,7 @@ ZEBMTXLator::ZEBMTXLator(QWidget* parent, const char* name) : QWidget(parent)
     setObjectName(QString::fromLatin1(name));
     const QFont bold = filerow::boldFont();
 
-    auto* mainLayout = new QBoxLayout(QBoxLayout::TopToBottom, this);
-    // At the tab's smallest its stretches are gone: this keeps the file row
-    // and the groups off the tab's frame.
-    mainLayout->setContentsMargins(filerow::frameMargins());
-    mainLayout->setSpacing(-1);
-    mainLayout->addStretch(1);
+    QBoxLayout* mainLayout = filerow::tabLayout(this);
     mainLayout->addLayout(createFileRow(), 4);
     mainLayout->addStretch(1);
 

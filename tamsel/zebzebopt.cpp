@@ -5,7 +5,6 @@
 #include "filerow.h"
 #include "messagebox.h"
 #include "pictures.h"
-#include "platform/environment.h"
 #include "qrtzebcore.h"
 #include "runcommand.h"
 
@@ -32,10 +31,7 @@ ZEBZEBOpt::ZEBZEBOpt(QWidget* parent, const char* name) : QWidget(parent)
 {
     setObjectName(QString::fromLatin1(name));
 
-    auto* mainLayout = new QBoxLayout(QBoxLayout::TopToBottom, this);
-    mainLayout->setContentsMargins(filerow::frameMargins());
-    mainLayout->setSpacing(-1);
-    mainLayout->addStretch(1);
+    QBoxLayout* mainLayout = filerow::tabLayout(this);
     mainLayout->addLayout(createFileRow(), 4);
     mainLayout->addStretch(1);
     core = new QRTZEBCore(this, "QRTZEBLator_Core");
@@ -92,11 +88,8 @@ bool ZEBZEBOpt::eventFilter(QObject* watched, QEvent* event)
 // user has confirmed both the overwrite and the command.
 void ZEBZEBOpt::optimize()
 {
-    // The options stay in the environment whatever follows; an empty string
-    // (no sketch file) leaves it as it was.
-    const QString options = core->writeOptions();
-    if (!options.isEmpty())
-        platform::putEnv(options.toLocal8Bit().toStdString());
+    // The options stay in the environment whatever follows.
+    core->putOptions();
 
     if (inputFile->text().isEmpty()) {
         MessageBox::warn("Missing Input File", "Please provide an input ZEB or HX DB file.");
