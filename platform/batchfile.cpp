@@ -1,8 +1,9 @@
 #include "platform/batchfile.h"
 #include "platform/commandline.h"
 
-#include <cstdio>
 #include <fstream>
+#include <istream>
+#include <sstream>
 #include <string>
 
 namespace platform
@@ -11,6 +12,9 @@ namespace platform
 namespace
 {
 
+// How deep batch files call batch files in this thread just now.
+thread_local int depth = 0;
+
 std::string lowered(std::string s)
 {
     for (auto& c : s)
@@ -18,47 +22,68 @@ std::string lowered(std::string s)
     return s;
 }
 
-void printLine(const std::string& text)
+void printLine(std::FILE* out, const std::string& text)
 {
-    std::fwrite(text.data(), 1, text.size(), stdout);
-    std::fputc('\n', stdout);
-    std::fflush(stdout);
+    std::fwrite(text.data(), 1, text.size(), out);
+    std::fputc('\n', out);
+    std::fflush(out);
 }
 
 // Runs one line; a command line sets the errorlevel.
-void runLine(const std::string& line, int& errorlevel)
+void runLine(const std::string& line, const BatchHooks& hooks, std::FILE* out, int& errorlevel)
 {
     const std::string key = lowered(line);
     if (line.empty() || key == "@echo off")
         return;
     if (key == "echo.") {
-        printLine({});
+        printLine(out, {});
     } else if (key.rfind("echo ", 0) == 0) {
-        printLine(line.substr(5));
+        printLine(out, line.substr(5));
     } else if (key == "pause") {
-        pauseForKey();
+        if (hooks.beforePause)
+            hooks.beforePause(errorlevel);
+        pauseForKey(out, hooks.waitForKey);
     } else {
-        errorlevel = runCommandLine(line);
+        errorlevel = hooks.command ? hooks.command(line) : runCommandLine(line);
     }
+}
+
+int runLines(std::istream& in, const BatchHooks& hooks)
+{
+    std::FILE* out = hooks.out ? hooks.out : stdout;
+    if (depth >= maxBatchDepth) {
+        std::fprintf(out, "Batch files nested more than %d deep: stopped.\n", maxBatchDepth);
+        std::fflush(out);
+        return exitStatus(1);
+    }
+    ++depth;
+    int errorlevel = 0;
+    std::string line;
+    while (std::getline(in, line)) {
+        if (!line.empty() && line.back() == '\r')
+            line.pop_back();
+        runLine(line, hooks, out, errorlevel);
+    }
+    --depth;
+    return errorlevel;
 }
 
 } // namespace
 
-int runBatchFile(const std::string& path)
+int runBatchFile(const std::string& path, const BatchHooks& hooks)
 {
     std::ifstream in(path, std::ios::binary);
     if (!in) {
         std::fprintf(stderr, "cannot read %s\n", path.c_str());
         return exitStatus(1);
     }
-    int errorlevel = 0;
-    std::string line;
-    while (std::getline(in, line)) {
-        if (!line.empty() && line.back() == '\r')
-            line.pop_back();
-        runLine(line, errorlevel);
-    }
-    return errorlevel;
+    return runLines(in, hooks);
+}
+
+int runBatchText(const std::string& text, const BatchHooks& hooks)
+{
+    std::istringstream in(text);
+    return runLines(in, hooks);
 }
 
 } // namespace platform

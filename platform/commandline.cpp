@@ -1,5 +1,10 @@
 #include "platform/commandline.h"
 
+#include <algorithm>
+#include <cstdlib>
+#include <sys/stat.h>
+#include <unistd.h>
+
 namespace platform
 {
 
@@ -91,6 +96,70 @@ std::vector<std::string> splitCommandLine(const std::string& line)
         args.push_back(arg);
     }
     return args;
+}
+
+bool quoteArgument(const std::string& arg, std::string& quoted)
+{
+    if (arg.find_first_of(std::string("\0\r\n", 3)) != std::string::npos)
+        return false;
+    std::string out = "\"";
+    std::size_t backslashes = 0;
+    for (const char c : arg) {
+        if (c == '\\') {
+            ++backslashes;
+            continue;
+        }
+        // Backslashes count only before a quote: there they are doubled.
+        out.append(c == '"' ? 2 * backslashes + 1 : backslashes, '\\');
+        backslashes = 0;
+        out += c;
+    }
+    out.append(2 * backslashes, '\\'); // before the closing quote
+    out += '"';
+    quoted = out;
+    return true;
+}
+
+bool fitsAsProgram(const std::string& program)
+{
+    return !program.empty() &&
+           program.find_first_of(std::string(" \t\"\r\n\0", 6)) == std::string::npos;
+}
+
+namespace
+{
+
+// A batch file needs no execute permission: it is read, not executed.
+bool isProgramFile(const std::string& path)
+{
+    struct stat st {
+    };
+    if (::stat(path.c_str(), &st) != 0 || !S_ISREG(st.st_mode))
+        return false;
+    return ::access(path.c_str(), isBatchFileName(path) ? R_OK : X_OK) == 0;
+}
+
+} // namespace
+
+std::string findProgram(const std::string& name)
+{
+    if (name.empty())
+        return {};
+    if (name.find('/') != std::string::npos)
+        return isProgramFile(name) ? name : std::string();
+    const char* path = std::getenv("PATH");
+    const std::string dirs = path ? path : "";
+    std::size_t start = 0;
+    while (start <= dirs.size()) {
+        const std::size_t end = std::min(dirs.find(':', start), dirs.size());
+        const std::string dir = dirs.substr(start, end - start);
+        // An empty entry means the working directory, as for execvp.
+        const std::string candidate = (dir.empty() ? "." : dir) + "/" + name;
+        if (isProgramFile(candidate))
+            return candidate;
+        start = end + 1;
+    }
+    return {};
 }
 
 bool isBatchFileName(const std::string& program)

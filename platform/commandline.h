@@ -10,11 +10,30 @@ namespace platform
 // runtime, so that lines built as Windows command lines mean the same here.
 std::vector<std::string> splitCommandLine(const std::string& line);
 
+// Encodes one argument for a command line so that splitCommandLine gives
+// back exactly its bytes as one argument: in double quotes, with the
+// backslashes before a quote (and before the closing one) doubled and inner
+// quotes escaped. An ordinary name just gets its quotes. False, with nothing
+// written, when no line can carry it (a NUL, a carriage return, a line feed).
+bool quoteArgument(const std::string& arg, std::string& quoted);
+
+// Whether a program name can stand unquoted at the head of a command line
+// and come back whole: not empty, no blank, tab, quote or line break.
+bool fitsAsProgram(const std::string& program);
+
+// The file that runCommandLine starts for a program name: a name with a
+// slash as it stands (relative to the working directory), any other the
+// first executable regular file of that name in a PATH directory. Empty
+// when there is none. The start check and the run both use this.
+std::string findProgram(const std::string& name);
+
 // Runs a command line without a shell: the program is started directly with
-// the standard streams inherited, and the call waits for it. The result is a
+// the standard streams inherited, and the call waits for it.
+// A program is found with findProgram. The result is a
 // wait status: its low 16 bits are zero exactly when the program ran and
 // exited with 0. A program that cannot be started gives 127 << 8. A batch
-// file (.bat or .cmd) is run by runBatchFile instead.
+// file (.bat or .cmd that is not an executable program: no ELF or "#!"
+// start) is run by runBatchFile instead.
 int runCommandLine(const std::string& line);
 
 // Exit code and signal of a status from runCommandLine or runBatchFile.

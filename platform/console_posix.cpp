@@ -33,24 +33,6 @@ bool exists(const std::string& path)
     return ::stat(path.c_str(), &st) == 0;
 }
 
-bool inPath(const std::string& program)
-{
-    const char* path = std::getenv("PATH");
-    if (!path)
-        return false;
-    std::string dirs = path;
-    std::size_t start = 0;
-    while (start <= dirs.size()) {
-        const auto end = std::min(dirs.find(':', start), dirs.size());
-        const std::string dir = dirs.substr(start, end - start);
-        const std::string candidate = (dir.empty() ? "." : dir) + "/" + program;
-        if (::access(candidate.c_str(), X_OK) == 0)
-            return true;
-        start = end + 1;
-    }
-    return false;
-}
-
 std::string currentDirectory()
 {
     std::string buf(4096, '\0');
@@ -129,7 +111,26 @@ void removeTree(const std::string& dir, const std::string& statusFile)
 {
     for (const char* suffix : {"", ".tmp", ".started", ".started.tmp"})
         ::unlink((statusFile + suffix).c_str());
+    ::unlink((dir + "/runtamsel.bat").c_str());
     ::rmdir(dir.c_str());
+}
+
+// A fresh file that only we can have made: no link, nothing of anyone else.
+bool writeNewFile(const std::string& path, const std::string& bytes)
+{
+    const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
+    if (fd < 0)
+        return false;
+    std::size_t done = 0;
+    while (done < bytes.size()) {
+        const ssize_t n = ::write(fd, bytes.data() + done, bytes.size() - done);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n <= 0)
+            break;
+        done += static_cast<std::size_t>(n);
+    }
+    return ::close(fd) == 0 && done == bytes.size();
 }
 
 } // namespace
@@ -147,27 +148,33 @@ std::vector<std::string> terminalPrefix()
     if ((!x11 || !*x11) && (!wayland || !*wayland))
         return {};
     for (const char* term : {"x-terminal-emulator", "xterm"}) {
-        if (inPath(term))
+        if (!findProgram(term).empty())
             return {term, "-e"};
     }
     return {};
 }
 
-int runInConsole(const std::string& batchFile, const std::string& consoleProgram)
+int runInConsole(const std::string& batchText, const std::string& consoleProgram)
 {
     std::vector<std::string> args = terminalPrefix();
     if (args.empty())
-        return runBatchFile(batchFile);
+        return runBatchText(batchText);
     if (::access(consoleProgram.c_str(), X_OK) != 0) {
         std::fprintf(stderr, "no console program %s: running here\n", consoleProgram.c_str());
-        return runBatchFile(batchFile);
+        return runBatchText(batchText);
     }
 
+    // mkdtemp makes the directory for this user alone.
     const char* tmp = std::getenv("TMPDIR");
     std::string dir = std::string(tmp && *tmp ? tmp : "/tmp") + "/tamsel-XXXXXX";
     if (!::mkdtemp(dir.data()))
-        return runBatchFile(batchFile);
+        return runBatchText(batchText);
     const std::string statusFile = dir + "/status";
+    const std::string batchFile = dir + "/runtamsel.bat";
+    if (!writeNewFile(batchFile, batchText)) {
+        removeTree(dir, statusFile);
+        return runBatchText(batchText);
+    }
 
     args.insert(args.end(), {consoleProgram, "--directory", currentDirectory(), "--status-file",
                              statusFile, batchFile});
@@ -177,7 +184,7 @@ int runInConsole(const std::string& batchFile, const std::string& consoleProgram
     int status = 0;
     const bool ran = terminalStatus != -1 && consoleStatus(statusFile, terminalStatus, status);
     removeTree(dir, statusFile);
-    return ran ? status : runBatchFile(batchFile);
+    return ran ? status : runBatchText(batchText);
 }
 
 bool announceConsoleStart(const std::string& statusFile)

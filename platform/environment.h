@@ -1,14 +1,20 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 namespace platform
 {
 
+// The longest "NAME=value" entry a started program can still be given:
+// longer ones make every later start fail (Linux: 32 pages, less the NUL).
+std::size_t environmentEntryLimit();
+
 // Sets one variable of the process environment from "NAME=value", as
 // _putenv does: the value is kept byte for byte, an empty value removes the
-// variable. Children started later inherit the change. False when the entry
-// has no "=" or an empty name, or the system refuses.
+// variable. Children started later inherit the change. False, with the
+// environment as it was, when the entry has no "=" or an empty name, is
+// longer than environmentEntryLimit(), or the system refuses.
 bool putEnv(const std::string& entry);
 
 } // namespace platform

@@ -7,13 +7,14 @@
 namespace platform
 {
 
-void pauseForKey()
+void pauseForKey(std::FILE* out, bool waitForKey)
 {
-    std::fputs("Press any key to continue . . . ", stdout);
-    std::fflush(stdout);
+    out = out ? out : stdout;
+    std::fputs("Press any key to continue . . . ", out);
+    std::fflush(out);
     // Only the terminal's foreground process may read it; anyone else would
     // be stopped by SIGTTIN, and with it the whole window.
-    if (::isatty(STDIN_FILENO) && ::tcgetpgrp(STDIN_FILENO) == ::getpgrp()) {
+    if (waitForKey && ::isatty(STDIN_FILENO) && ::tcgetpgrp(STDIN_FILENO) == ::getpgrp()) {
         termios saved{};
         if (::tcgetattr(STDIN_FILENO, &saved) == 0) {
             termios raw = saved;
@@ -26,8 +27,8 @@ void pauseForKey()
             ::tcsetattr(STDIN_FILENO, TCSANOW, &saved);
         }
     }
-    std::fputc('\n', stdout);
-    std::fflush(stdout);
+    std::fputc('\n', out);
+    std::fflush(out);
 }
 
 } // namespace platform

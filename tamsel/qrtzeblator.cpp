@@ -6,6 +6,7 @@
 #include "pictures.h"
 #include "qrtzebcore.h"
 #include "runcommand.h"
+#include "translatorcommand.h"
 
 #include <QBoxLayout>
 #include <QLabel>
@@ -58,9 +59,10 @@ void QRTZEBLator::translate()
         MessageBox::warn("Missing Input File", "Please supply an input QRT file.");
         return;
     }
-    const QString translator = QString::fromLocal8Bit(std::getenv("OKT_QRT2ZEB"));
-    const QString command = QString("%1 \"%2\"").arg(translator, input);
-    if (runCommand(command, "Translating QRT to ZEB ..."))
+    TranslatorCommand command("OKT_QRT2ZEB");
+    if (command.file(input).refused())
+        return;
+    if (runCommand(command.line(), "Translating QRT to ZEB ..."))
         MessageBox::warn("Translation Problems",
                          "Translating QRT to ZEB problems.\nCheck your environment, permissions.");
 }

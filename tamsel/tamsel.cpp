@@ -1,6 +1,7 @@
 #include "tamsel.h"
 
 #include "pictures.h"
+#include "platform/commandline.h"
 #include "qrtzeblator.h"
 #include "zeb.h"
 #include "zebbrowser.h"
@@ -9,7 +10,6 @@
 
 #include <QApplication>
 #include <QBoxLayout>
-#include <QFileInfo>
 #include <QMessageBox>
 #include <QMetaObject>
 #include <QPixmap>
@@ -64,10 +64,10 @@ bool Tamsel::checkEnvironment()
     const QString qrt2zeb = environmentValue("OKT_QRT2ZEB");
     if (zeb2mtx.isEmpty() || qrt2zeb.isEmpty())
         return false;
-    // A directory has its x bit too, but is no translator.
-    const QFileInfo first(zeb2mtx);
-    const QFileInfo second(qrt2zeb);
-    return first.isFile() && first.isExecutable() && second.isFile() && second.isExecutable();
+    // Found as the run will find it: a bare name on PATH, never in the
+    // working directory; a directory has its x bit too, but is no translator.
+    return !platform::findProgram(zeb2mtx.toLocal8Bit().toStdString()).empty() &&
+           !platform::findProgram(qrt2zeb.toLocal8Bit().toStdString()).empty();
 }
 
 void Tamsel::setOkButton(const QString& text)

@@ -309,7 +309,7 @@ void ZEBBrowser::generate(bool browse)
     if (!bodyIndex->checkIndex())
         return;
     ZEBReport report(inputFile->text(), indexLE->text());
-    if (!report.valid)
+    if (!report.valid || report.commandRefused())
         return;
     QTabWidget* tabs = nullptr;
     QWidget* window = browse ? createBrowserWindow(tabs) : nullptr;

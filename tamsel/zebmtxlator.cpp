@@ -264,10 +264,12 @@ void ZEBMTXLator::translate()
     }
     if (!bodyIndex->checkIndex())
         return;
-    const QString command = commandLine(output);
-    if (MessageBox::information(nullptr, "info", command, "OK", "Cancel", "", 0, 1) != 0)
+    const TranslatorCommand command = commandLine(output);
+    if (command.refused())
         return;
-    if (runCommand(command, "Translating ZEB to MTX ..."))
+    if (MessageBox::information(nullptr, "info", command.line(), "OK", "Cancel", "", 0, 1) != 0)
+        return;
+    if (runCommand(command.line(), "Translating ZEB to MTX ..."))
         MessageBox::warning(
             nullptr, "Translation Problems",
             "Translating ZEB to MTX problems.\nCheck your environment, permissions.", "OK", "", "",
@@ -284,15 +286,15 @@ bool ZEBMTXLator::outputMayBeWritten(const QString& output)
 }
 
 // Lists go in unquoted and unchanged; units only when not the default.
-QString ZEBMTXLator::commandLine(const QString& output) const
+TranslatorCommand ZEBMTXLator::commandLine(const QString& output) const
 {
-    QString command = QString("%1 \"%2\" -o \"%3\"")
-                          .arg(QString::fromLocal8Bit(std::getenv("OKT_ZEB2MTX")),
-                               bodyIndex->inputOperand(), output);
-    command += listFlags(nodeIDs, nodesIncludeRB, "N") + listFlags(modeList, modesIncludeRB, "M");
-    command += unitFlag(lengthCB, "-l") + unitFlag(massCB, "-m") + unitFlag(timeCB, "-t") +
-               unitFlag(forceCB, "-f");
+    TranslatorCommand command("OKT_ZEB2MTX");
+    command.file(bodyIndex->inputOperand()).text(" -o").file(output);
+    command.text(listFlags(nodeIDs, nodesIncludeRB, "N") +
+                 listFlags(modeList, modesIncludeRB, "M"));
+    command.text(unitFlag(lengthCB, "-l") + unitFlag(massCB, "-m") + unitFlag(timeCB, "-t") +
+                 unitFlag(forceCB, "-f"));
     if (fastInvarCB->isChecked())
-        command += " -F";
+        command.text(" -F");
     return command;
 }

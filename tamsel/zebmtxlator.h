@@ -1,5 +1,7 @@
 #pragma once
 
+#include "translatorcommand.h"
+
 #include <QWidget>
 
 class BodyIndexField;
@@ -41,7 +43,7 @@ private:
     QRadioButton* addIncludeExclude(QGroupBox* box, int row);
     QLineEdit* addListRow(QGroupBox* box, QGridLayout* grid, int row, const char* label,
                           const char* name, const char* tip);
-    QString commandLine(const QString& output) const;
+    TranslatorCommand commandLine(const QString& output) const;
     bool outputMayBeWritten(const QString& output);
 
     QMFileLineEdit* inputCombo = nullptr;

@@ -77,17 +77,28 @@ QString ZEBReport::base() const
     return QDir::currentPath() + "/" + QFileInfo(inputFile).baseName();
 }
 
+TranslatorCommand ZEBReport::command(unsigned int block, const QString& report) const
+{
+    TranslatorCommand command("OKT_ZEB2MTX");
+    command.file(inputFile + "::" + indexText).text(" -d").file(report);
+    if (block != 0)
+        command.text(QString(" -b %1 ").arg(block));
+    return command;
+}
+
+bool ZEBReport::commandRefused() const
+{
+    // Every report name of the job starts with this one's stem.
+    return command(0, base() + ".rpt").refused();
+}
+
 bool ZEBReport::run(unsigned int block)
 {
-    if (block > lastBlock)
+    const TranslatorCommand line = command(block, reportFile);
+    if (block > lastBlock || !line.problem().isEmpty())
         return false;
-    const QString source = inputFile + "::" + indexText;
-    const QString tool = QString::fromLocal8Bit(std::getenv("OKT_ZEB2MTX"));
-    QString command = QString("%1 \"%2\" -d \"%3\"").arg(tool, source, reportFile);
-    if (block != 0)
-        command += QString(" -b %1 ").arg(block);
-    say("runStr " + command.toLocal8Bit());
-    int status = runTool(command.toLocal8Bit().toStdString());
+    say("runStr " + line.line().toLocal8Bit());
+    int status = runTool(line.line().toLocal8Bit().toStdString());
     const QFileInfo info(reportFile);
     if (!info.exists())
         status = 0;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "translatorcommand.h"
+
 #include <QDateTime>
 #include <QString>
 
@@ -25,6 +27,10 @@ public:
     // status is non-zero in its low 16 bits (the tool's own convention).
     bool run(unsigned int block);
 
+    // Warns and answers true when the command lines of this job cannot
+    // carry the input and the report names whole.
+    bool commandRefused() const;
+
     // Writes the reports of the selection and returns the names asked
     // for, each behind a line feed.
     QString generateReports(const char* blockSelection);
@@ -47,4 +53,5 @@ public:
 
 private:
     QString base() const;
+    TranslatorCommand command(unsigned int block, const QString& report) const;
 };

@@ -7,6 +7,7 @@
 #include "pictures.h"
 #include "qrtzebcore.h"
 #include "runcommand.h"
+#include "translatorcommand.h"
 
 #include <QBoxLayout>
 #include <QFile>
@@ -106,12 +107,12 @@ void ZEBZEBOpt::optimize()
     const QString finalOutput = fixOutputName(typedOutput);
     if (!outputMayBeWritten(finalOutput))
         return;
-    const QString command =
-        QString("%1 \"%2\" -L -O \"%3\"")
-            .arg(QString::fromLocal8Bit(std::getenv("OKT_ZEB2MTX")), operand, finalOutput);
-    if (MessageBox::information(nullptr, "info", command, "OK", "Cancel", "", 0, 1) != 0)
+    TranslatorCommand command("OKT_ZEB2MTX");
+    if (command.file(operand).text(" -L -O").file(finalOutput).refused())
         return;
-    if (runCommand(command, "Optimizing ZEB to ZEB ..."))
+    if (MessageBox::information(nullptr, "info", command.line(), "OK", "Cancel", "", 0, 1) != 0)
+        return;
+    if (runCommand(command.line(), "Optimizing ZEB to ZEB ..."))
         MessageBox::warn("Translation Problems",
                          "Translating ZEB to MTX problems.\nCheck your environment, permissions.");
 }

@@ -4,11 +4,16 @@
 #include "runcommand.h"
 
 #include "dialoganswerer.h"
+#include "fulldir.h"
 #include "readonlydir.h"
 #include "scratchdir.h"
 #include "standins.h"
 
+#include <QKeyEvent>
 #include <QMessageBox>
+#include <QPushButton>
+
+#include <optional>
 
 class TestRunCommand : public QObject
 {
@@ -39,11 +44,20 @@ private slots:
             << cd + "echo 'sh -c \"sleep 9\"' > \"$3/slow.bat\"\nsetsid \"$1\" \"$2\" \"$3\" \"$4\" \"$5\" "
                "\"$3/slow.bat\" >/dev/null &\nwhile [ ! -e \"$5.started\" ]; do sleep 0.05; done\n"
                "kill -KILL -$!\n"                                      << "" << "" << 0x100 << failed << "";
+        // The console runs its own copy: a swapped file changes nothing.
+        QTest::newRow("batch swapped before it runs")
+            << "#!/bin/sh\necho 'touch INJECTED' > \"$3/runtamsel.bat\"\nexec \"$@\"\n" << "" << "" << 0 << ok << "";
+        // The status is handed over before the pause.
+        QTest::newRow("window closed at the pause")
+            << "#!/bin/sh\nexec \"$TAMSEL_BIN_DIR/hangup-terminal\" \"$@\"\n"  << "" << "" << 0 << ok << "";
+        QTest::newRow("link planted as batch file") << "" << "link" << ""          << 0 << ok << "";
         QTest::newRow("low 16 bits 0: success")
             << cd + "\"$@\" >/dev/null\necho 65536 > \"$5\"\n"              << "" << "" << 0x10000 << ok << "";
         QTest::newRow("directory not writable") << "" << "locked"  << ""                 << 0 << notRun << "%d is not writable";
         QTest::newRow("batch name is a dir")    << "" << "bat dir" << ""                 << 0 << notRun << "%d/runtamsel.bat";
         QTest::newRow("line break in command")  << "" << ""        << "\ntouch INJECTED" << 0 << notRun << "line break";
+        QTest::newRow("disk full: old file kept") << "" << "full"  << ""                 << 0 << notRun << "%d/runtamsel.bat cannot be written:\nNo space left on device";
+        QTest::newRow("working dir deleted")    << "" << "deleted" << ""                 << 0 << notRun << "%d no longer exists";
         // clang-format on
     }
 
@@ -60,19 +74,29 @@ private slots:
             qputenv("TAMSEL_TERMINAL", scratch.filePath("term").toLocal8Bit());
         ReadOnlyDir locked;
         QVERIFY2(where != "locked" || locked.isValid(), "cannot make a directory read-only here");
-        const QString dir = where == "locked" ? locked.path() : scratch.path();
+        std::optional<FullDir> full;
+        if (where == "full")
+            QVERIFY2(full.emplace("runtamsel.bat").isValid(), "cannot mount a full file system");
+        const QString dir = where == "locked"    ? locked.path()
+                            : full               ? full->path()
+                            : where == "deleted" ? scratch.filePath("gone")
+                                                 : scratch.path();
         // No shell: a name full of shell syntax reaches the translator as it is.
         const QString name = "Übung/$(id);Träger 'q' `id`|x.out";
         QVERIFY(QDir().mkdir("Übung") && scratch.write(name, "QRT\n"));
         // A longer file from before is replaced whole.
         QVERIFY(where == "bat dir" ? QDir().mkdir("runtamsel.bat")
-                                   : scratch.write("runtamsel.bat", QByteArray(2000, 'x')));
+                : where == "link"
+                    ? scratch.write("victim", "keep") && QFile::link("victim", "runtamsel.bat")
+                    : scratch.write("runtamsel.bat", QByteArray(2000, 'x')));
         const QString input = scratch.filePath(name);
         const QString command = '"' + Standins::program("qrt2zeb-standin") + "\" \"" + input + '"';
         DialogAnswerer answers;
         if (!named.isEmpty())
             answers.pressButton("OK");
+        QVERIFY(where != "deleted" || QDir().mkdir(dir));
         QVERIFY(QDir::setCurrent(dir));
+        QVERIFY(where != "deleted" || QDir().rmdir(dir));
         const RunResult result = runCommand(command + tail, "Prüfen ...");
         QDir::setCurrent(scratch.path());
         VERIFY_DIALOGS(answers);
@@ -80,8 +104,15 @@ private slots:
         QTEST(result.status(), "status");
         QTest::qWait(terminal.contains("sleep 4") ? 2500 : 0);
         const auto runs = standins.runs();
+        QVERIFY(!QFile::exists(scratch.filePath("INJECTED")));
         if (!named.isEmpty()) {
-            QVERIFY(runs.isEmpty() && !QFile::exists(scratch.filePath("INJECTED")));
+            QVERIFY(runs.isEmpty());
+            if (full) { // nothing left behind, the old file whole
+                QFile old(dir + "/runtamsel.bat");
+                QVERIFY(old.open(QIODevice::ReadOnly) && old.readAll() == "old\n");
+                QCOMPARE(QDir(dir).entryList(QDir::Files),
+                         QStringList({"filler", "runtamsel.bat"}));
+            }
             const QString box = answers.boxes().value(0);
             QVERIFY2(box.startsWith("Unable To Run: ") &&
                          box.endsWith("\nNothing was run. [OK] OK/OK") &&
@@ -98,7 +129,31 @@ private slots:
         // Title and command go in as the locale's 8-bit text, as they stand.
         const QString batch = "@echo off\necho Begin Prüfen ...\necho.\necho command : %1\necho.\n"
                               "%1\necho.\necho End Prüfen ...\necho.\npause\n";
-        QCOMPARE(scratch.read("runtamsel.bat"), batch.arg(command).toLocal8Bit());
+        if (!terminal.contains("INJECTED"))
+            QCOMPARE(scratch.read("runtamsel.bat"), batch.arg(command).toLocal8Bit());
+        // A planted link is replaced, never written through.
+        QVERIFY(!QFileInfo(scratch.filePath("runtamsel.bat")).isSymLink());
+        QVERIFY(where != "link" || scratch.read("victim") == "keep");
+    }
+
+    // Input given while a run blocks the window is dropped, not replayed.
+    void inputDuringRunDropped()
+    {
+        ScratchDir scratch;
+        Standins standins(scratch.path());
+        QVERIFY(scratch.write("x.out", "QRT\n"));
+        QPushButton button("Run");
+        connect(&button, &QPushButton::clicked,
+                [] { runCommand(Standins::program("qrt2zeb-standin") + " x.out", "t"); });
+        button.show();
+        // Posted now, they wait in the queue just as keys pressed during the run.
+        for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease})
+            QCoreApplication::postEvent(&button, new QKeyEvent(type, Qt::Key_Space, {}));
+        button.click();
+        QCoreApplication::processEvents();
+        QCOMPARE(standins.runs().size(), 1);
+        QTest::keyClick(&button, Qt::Key_Space); // a key after the run counts
+        QCOMPARE(standins.runs().size(), 2);
     }
 };
 

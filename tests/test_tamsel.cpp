@@ -43,6 +43,8 @@ void TestTamsel::runProgram_data()
     QTest::newRow("ZEB2MTX missing file")   << "OKT_ZEB2MTX" << "%d/missing"   << "" << unset;
     QTest::newRow("QRT2ZEB not executable") << "OKT_QRT2ZEB" << "%d/plain.txt" << "" << unset;
     QTest::newRow("QRT2ZEB a directory")    << "OKT_QRT2ZEB" << "%d"           << "" << unset;
+    // The run would look for a bare name on PATH, so the check does too.
+    QTest::newRow("ZEB2MTX only in the working directory") << "OKT_ZEB2MTX" << "prog" << "" << unset;
     QTest::newRow("Quit button")            << ""            << ""             << "quit"   << QByteArray("Rüstung 2");
     QTest::newRow("Escape key")             << ""            << ""             << "escape" << unset;
     QTest::newRow("close, other window open") << ""          << ""             << "close"  << QByteArray("");
@@ -57,7 +59,7 @@ void TestTamsel::runProgram()
     QFETCH(QByteArray, title);
     ScratchDir dir;
     Standins standins(dir.path());
-    QVERIFY(dir.write("plain.txt", "not a program"));
+    QVERIFY(dir.write("plain.txt", "not a program") && dir.write("prog", "#!/bin/sh\n", true));
     const QByteArray name = variable.toLatin1();
     if (!name.isEmpty())
         value == "-" ? qunsetenv(name) : qputenv(name, value.replace("%d", dir.path()).toUtf8());

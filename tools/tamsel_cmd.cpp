@@ -56,7 +56,14 @@ int main(int argc, char** argv)
             platform::writeConsoleStatus(statusFile, platform::exitStatus(1));
         return 1;
     }
-    const int status = platform::runBatchFile(argv[i]);
+    platform::BatchHooks hooks;
+    if (!statusFile.empty()) {
+        // Whoever closes the window at the pause must not turn a good run bad.
+        hooks.beforePause = [&statusFile](int errorlevel) {
+            platform::writeConsoleStatus(statusFile, errorlevel);
+        };
+    }
+    const int status = platform::runBatchFile(argv[i], hooks);
     if (!statusFile.empty() && !platform::writeConsoleStatus(statusFile, status))
         std::fprintf(stderr, "tamsel-cmd: cannot write %s\n", statusFile.c_str());
     return exitCodeOf(status);

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+
+namespace platform
+{
+
+// Replaces the file at path by bytes, whole or not at all: the bytes go into
+// a new file beside it, which takes the name only once everything has been
+// written, flushed to disk and closed. A symbolic link of that name is
+// replaced, never followed. False, with the system's reason in error ("No
+// space left on device") and the old file as it was, otherwise.
+bool replaceFile(const std::string& path, const std::string& bytes, std::string& error);
+
+// The working directory's path, also when it has been deleted (then
+// deleted is set) or cannot be named any more.
+std::string workingDirectory(bool* deleted = nullptr);
+
+} // namespace platform
