@@ -6,6 +6,7 @@
 #include "messagebox.h"
 #include "pictures.h"
 #include "platform/environment.h"
+#include "platform/files.h"
 #include "qmlistdialog.h"
 
 #include <QApplication>
@@ -13,7 +14,6 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -23,7 +23,6 @@
 #include <QSlider>
 #include <QStackedWidget>
 #include <QTabBar>
-#include <QTextStream>
 
 #include <iostream>
 #include <limits>
@@ -430,27 +429,35 @@ void QRTZEBCore::genScript()
         MessageBox::warn(unableToWrite, QString(unableText) + "Check permissions.");
         return;
     }
-    QFile file(scriptFileName);
-    if (!file.open(QIODevice::WriteOnly)) {
-        MessageBox::warn(unableToWrite, QString(unableText) + "Check disk space.");
+    // A missing sketch name leaves the file with one line end.
+    const QByteArray bytes = writeOptions().toLocal8Bit() + '\n';
+    std::string error;
+    if (!platform::replaceFile(scriptFileName, bytes.toStdString(), error)) {
+        MessageBox::warn(unableToWrite, QString(unableText) + "Check disk space.\n" +
+                                            QString::fromLocal8Bit(error.c_str()));
         return;
     }
-    {
-        QTextStream stream(&file);
-        stream.setEncoding(QStringConverter::System);
-        // The file is already emptied: a missing sketch name leaves one line end.
-        stream << writeOptions() << Qt::endl;
-    }
-    file.close();
-
     QMListDialog dialog(QDir::currentPath() + "/" + scriptFileName, nullptr, nullptr, true, {});
     dialog.exec();
 }
 
-// setenv copies the entry, so no buffer limits its length.
-void QRTZEBCore::putOptions()
+// An entry the kernel would refuse would make every later start fail, so
+// it is refused here and the old one kept.
+bool QRTZEBCore::putOptions()
 {
-    const QString options = writeOptions();
-    if (!options.isEmpty())
-        platform::putEnv(options.toLocal8Bit().toStdString());
+    const QByteArray options = writeOptions().toLocal8Bit();
+    if (options.isEmpty())
+        return true;
+    const std::size_t limit = platform::environmentEntryLimit();
+    if (std::size_t(options.size()) > limit) {
+        MessageBox::warn(
+            "Write Options Too Long",
+            QString("The write options are %1 bytes long, but an environment entry "
+                    "may hold at most %2 bytes.\nShorten the node list. Nothing was run.")
+                .arg(options.size())
+                .arg(limit));
+        return false;
+    }
+    platform::putEnv(options.toStdString());
+    return true;
 }

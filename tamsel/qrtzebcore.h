@@ -31,7 +31,9 @@ public:
     QString writeOptions();
     // Puts writeOptions() into the environment of the process and of every
     // translator run later; an empty string leaves the environment alone.
-    void putOptions();
+    // False, after a warning and with the environment as it was, when the
+    // entry is too long to be given to a program.
+    bool putOptions();
 
 signals:
     void setMeshLblVal(const QString& text);

@@ -52,7 +52,8 @@ void QRTZEBLator::selected()
 void QRTZEBLator::translate()
 {
     // The options go into the environment even when a later check fails.
-    core->putOptions();
+    if (!core->putOptions())
+        return;
 
     const QString input = inputFile->text();
     if (input.isEmpty()) {

@@ -90,7 +90,8 @@ bool ZEBZEBOpt::eventFilter(QObject* watched, QEvent* event)
 void ZEBZEBOpt::optimize()
 {
     // The options stay in the environment whatever follows.
-    core->putOptions();
+    if (!core->putOptions())
+        return;
 
     if (inputFile->text().isEmpty()) {
         MessageBox::warn("Missing Input File", "Please provide an input ZEB or HX DB file.");

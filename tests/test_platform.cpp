@@ -167,8 +167,14 @@ void TestPlatform::childSeesTheEnvironment()
     QCOMPARE(platform::runCommandLine(qrt2zeb), 0);
     QVERIFY(platform::putEnv("OKT_ZEBWRITE_OPTIONS="));
     QCOMPARE(platform::runCommandLine(qrt2zeb), 0);
+    // The longest entry still reaches a child; one byte more is refused.
+    std::string longest = "OKT_ZEBWRITE_OPTIONS=";
+    longest.resize(platform::environmentEntryLimit(), 'x');
+    QVERIFY(!platform::putEnv(longest + "x") && platform::putEnv(longest));
+    QCOMPARE(platform::runCommandLine(qrt2zeb), 0);
     const auto runs = standins.runs();
-    QCOMPARE(runs.size(), 2);
+    QCOMPARE(runs.size(), 3);
+    QCOMPARE(runs[2].options.size(), longest.size() - 21);
     QCOMPARE(runs[0].options, options);
     QVERIFY(runs[0].optionsSet && !runs[1].optionsSet);
 }

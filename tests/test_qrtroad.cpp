@@ -1,6 +1,7 @@
 // The QRT->ZEB road: the write options panel, its look, string and script
 // file, and the translator tab through batch file, console and stand-in
 // translator to the ZEB file it writes.
+#include "fulldir.h"
 #include "qrtroad_helpers.h"
 #include "qrtzebcore.h"
 #include "qrtzeblator.h"
@@ -152,13 +153,16 @@ private slots:
             QTest::newRow(name) << settings << place << bytes << box;
         };
         const QString unable = "Unable To Write: Unable to write zeb write options to current "
-                               "directory.  Check %1. [OK] OK/OK";
+                               "directory.  Check %1 [OK] OK/OK";
         row("defaults, 50 bytes", "", "", "OKT_ZEBWRITE_OPTIONS= fast_invar      strip_face \n");
         row("no sketch name, one byte", "tab=1", "", "\n", sketchBox);
         row("sketch name in UTF-8", "tab=1;sketchCombo=Tr\u00e4ger.dat", "",
             "OKT_ZEBWRITE_OPTIONS= fast_invar       sketch(Tr\xc3\xa4ger.dat)\n");
-        row("read-only directory", "", "locked", "", unable.arg("permissions"));
-        row("name taken by a directory", "", "taken", "", unable.arg("disk space"));
+        row("read-only directory", "", "locked", "", unable.arg("permissions."));
+        row("name taken by a directory", "", "taken", "",
+            unable.arg("disk space.\nIs a directory"));
+        row("disk full: reason told, old file kept", "", "full", "old\n",
+            unable.arg("disk space.\nNo space left on device"));
     }
 
     void scriptFile()
@@ -168,14 +172,14 @@ private slots:
         QFETCH(QString, box);
         ScratchDir dir;
         std::optional<ReadOnlyDir> locked;
-        if (place == "locked") {
-            locked.emplace();
-            QVERIFY2(locked->isValid(), "cannot make a directory read-only here");
-            QVERIFY(QDir::setCurrent(locked->path()));
-        }
-        QVERIFY(place == "taken"
-                    ? QDir().mkdir("zebscript.dat")
-                    : place == "locked" || dir.write("zebscript.dat", QByteArray(99, 'x')));
+        std::optional<FullDir> full;
+        if (place == "locked")
+            QVERIFY2(locked.emplace().isValid(), "cannot make a directory read-only here");
+        if (place == "full")
+            QVERIFY2(full.emplace("zebscript.dat").isValid(), "cannot mount a full file system");
+        QVERIFY(QDir::setCurrent(locked ? locked->path() : full ? full->path() : dir.path()));
+        QVERIFY(place == "taken" ? QDir().mkdir("zebscript.dat")
+                                 : place != "" || dir.write("zebscript.dat", QByteArray(99, 'x')));
         QRTZEBCore core(nullptr, "QRTZEBLator_Core");
         DialogAnswerer answers;
         if (!box.isEmpty())
@@ -191,7 +195,8 @@ private slots:
         QTest::mouseClick(widget(&core, "Generate a \"zebscript.dat\" file"), Qt::LeftButton);
         VERIFY_DIALOGS(answers);
         QCOMPARE(answers.boxes().join('|'), box);
-        QTEST(dir.read("zebscript.dat"), "bytes");
+        QFile written("zebscript.dat"); // where the program wrote it
+        QTEST(written.open(QIODevice::ReadOnly) ? written.readAll() : QByteArray(), "bytes");
         QCOMPARE(listed, place.isEmpty() ? QDir::currentPath() + "/zebscript.dat" : QString());
         QDir::setCurrent(dir.path());
     }
@@ -220,6 +225,13 @@ private slots:
         row("sketch and input missing, in that order", "tab=1", "", {sketchBox, missingInput},
             " earlier", 0);
         row("input file does not exist", "", "nosuch.out", {problems}, defaults, 1);
+        // Over the kernel's limit it would break every later run, of every tab.
+        const QString tooMany = QString("1 ").repeated(64 * 1024);
+        row("options over the limit: refused, old entry kept", "Apply;Nodes=" + tooMany, "beam.out",
+            {"Write Options Too Long: The write options are 131143 bytes long, but an environment "
+             "entry may hold at most 131071 bytes.\nShorten the node list. Nothing was run. [OK] "
+             "OK/OK"},
+            " earlier", 0);
     }
 
     void road()

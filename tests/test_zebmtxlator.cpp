@@ -33,6 +33,8 @@ void run(ZEBMTXLator& tab, const QStringList& settings)
             tab.findChild<QCheckBox*>()->setChecked(false);
         if (s.startsWith("status="))
             Standins::setStatus(s.section('=', 1).toInt());
+        if (s.startsWith("tool="))
+            qputenv("OKT_ZEB2MTX", s.section('=', 1).toUtf8());
     }
     QTest::mouseClick(tab.findChild<QPushButton*>(), Qt::LeftButton);
 }
@@ -87,6 +89,17 @@ private slots:
             << L{"inputCombo=$(id);Träger 1.zeb", "outputLE= my out ", "nodeIDs=  "} << L{"OK"}
             << L{info.arg("\"$(id);Träger 1.zeb\" -o \"my out.mtx\" +N    -F")}
             << "$(id);Träger 1.zeb|-o|my out.mtx|+N|-F";
+        // A name is one argument, whatever quotes and backslashes it holds.
+        QTest::newRow("quote in a name adds no argument")
+            << L{"inputCombo=in.zeb\" -o victim.txt -t", R"(outputLE=my\"x\)"} << L{"OK"}
+            << L{info.arg("\"in.zeb\\\" -o victim.txt -t\" -o \"my\\\\\\\"x\\.mtx\" -F")}
+            << "in.zeb\" -o victim.txt -t|-o|my\\\"x\\.mtx|-F";
+        QTest::newRow("translator path with a blank")
+            << L{"inputCombo=beam.zeb", "outputLE=new", "tool=/opt/my tools/zeb2mtx"} << L{"OK"}
+            << L{"Unable To Run: The translator /opt/my tools/zeb2mtx (OKT_ZEB2MTX) cannot be "
+                 "started: a command line takes its path unquoted, so the path must not contain "
+                 "blanks or quotes.\nSet OKT_ZEB2MTX to a path without them, for instance a link "
+                 "to the translator.\nNothing was run. [OK] OK/OK"} << "";
         QTest::newRow("blank output, first") << L{"outputLE=  "} << L{"OK"} << L{noOutput} << "";
         QTest::newRow("overwrite, then missing input") << L{"outputLE=model"} << L{"&Yes", "OK"}
             << L{overwrite, noInput} << "";
@@ -109,7 +122,8 @@ private slots:
         QFETCH(QStringList, presses);
         QFETCH(QString, args);
         ScratchDir dir;
-        for (const char* name : {"beam.zeb", "arm.zeb", "$(id);Träger 1.zeb", "arm.MASTER"})
+        for (const char* name : {"beam.zeb", "arm.zeb", "$(id);Träger 1.zeb", "arm.MASTER",
+                                 "victim.txt", "in.zeb\" -o victim.txt -t"})
             dir.write(name, "HXDB 1\nBODY a\nBODY b\nBODY c\n");
         dir.write("model.mtx", "old");
         Standins standins(dir.path());
@@ -126,6 +140,7 @@ private slots:
         QCOMPARE(dir.read("runtamsel.bat").isEmpty(), args.isEmpty());
         if (!args.isEmpty())
             QCOMPARE(runs[0].args, args.split('|'));
+        QCOMPARE(dir.read("victim.txt"), QByteArray("HXDB 1\nBODY a\nBODY b\nBODY c\n"));
     }
 
     // At the tab's smallest: the run button, the labels and the boxes.
