@@ -6,6 +6,7 @@
 #include "messagebox.h"
 #include "pictures.h"
 #include "qmlistdialog.h"
+#include "queuedinputdropper.h"
 #include "zebreport.h"
 
 #include <QBoxLayout>
@@ -346,6 +347,8 @@ void ZEBBrowser::generate(bool browse)
         return;
     }
     blockSelection[0] = allSelected ? 1 : 0;
-    reportList = new QMListDialog(report.generateReports(blockSelection), nullptr, nullptr, false);
+    const QString written = report.generateReports(blockSelection);
+    QueuedInputDropper::dropPending(); // clicks given while the tool ran
+    reportList = new QMListDialog(written, nullptr, nullptr, false);
     reportList->show();
 }

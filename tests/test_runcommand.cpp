@@ -14,6 +14,8 @@
 #include <QPushButton>
 
 #include <optional>
+#include <sys/stat.h>
+#include <unistd.h>
 
 class TestRunCommand : public QObject
 {
@@ -154,6 +156,38 @@ private slots:
         QCOMPARE(standins.runs().size(), 1);
         QTest::keyClick(&button, Qt::Key_Space); // a key after the run counts
         QCOMPARE(standins.runs().size(), 2);
+    }
+
+    // In a directory shared with others, a link another user planted is not
+    // written through: run as an unprivileged user, who owns the target.
+    void linkPlantedByAnotherUser()
+    {
+        if (::geteuid() != 0) { // the unprivileged side
+            QVERIFY(QDir::setCurrent(qEnvironmentVariable("TAMSEL_SHARED_DIR")));
+            DialogAnswerer answers;
+            answers.pressButton("OK");
+            QCOMPARE(runCommand("true", "t").outcome(), RunResult::NotRun);
+            VERIFY_DIALOGS(answers);
+            QVERIFY(answers.boxes().value(0).contains("Operation not permitted"));
+            return;
+        }
+        QTemporaryDir shared; // world-writable and sticky, as /tmp
+        const QString victim = shared.filePath("victim");
+        QVERIFY(::chmod(qPrintable(shared.path()), 01777) == 0);
+        QVERIFY(QFile(victim).open(QIODevice::WriteOnly) &&
+                QFile::link(victim, shared.filePath("runtamsel.bat")));
+        QVERIFY(::chown(qPrintable(victim), 65534, 65534) == 0);
+        QProcess user;
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert("TAMSEL_SHARED_DIR", shared.path());
+        user.setProcessEnvironment(env);
+        user.start("setpriv",
+                   {"--reuid=65534", "--regid=65534", "--clear-groups",
+                    QCoreApplication::applicationFilePath(), "linkPlantedByAnotherUser"});
+        QVERIFY(user.waitForFinished(60000));
+        QVERIFY2(user.exitCode() == 0, user.readAllStandardOutput().constData());
+        QVERIFY(QFileInfo(shared.filePath("runtamsel.bat")).isSymLink());
+        QCOMPARE(QFileInfo(victim).size(), 0);
     }
 };
 
