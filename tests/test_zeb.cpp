@@ -8,6 +8,8 @@
 #include <QFile>
 #include <QTest>
 
+#include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 namespace
@@ -79,10 +81,28 @@ private slots:
         QCOMPARE(ZEB_BodyCount(nullptr), 0);
         QCOMPARE(ZEB_GetBodyInfo(nullptr, 1, nullptr), 0);
 
+        // A good start, then a gigabyte of NULs: given up without reading it all in.
+        const QString big = dir.filePath("big.MASTER");
+        QVERIFY(dir.write("big.MASTER", "HXDB 1\nBODY a\n"));
+        QVERIFY(QFile::resize(big, qint64(1) << 30)); // sparse
+        rusage before{}, after{};
+        ::getrusage(RUSAGE_SELF, &before);
+        QCOMPARE(ZEB_BodyCount(qPrintable(big)), 0);
+        ::getrusage(RUSAGE_SELF, &after);
+        QCOMPARE_LT(after.ru_maxrss - before.ru_maxrss, 8 * 1024); // KiB
+
         // The cache follows the file as it changes and goes.
         const QString db = dir.filePath("db.MASTER");
         QVERIFY(dir.write("db.MASTER", "HXDB 1\nBODY a\nBODY b\n"));
         QCOMPARE(info(db, 2), QByteArray("b"));
+        // Rewritten with the same size and the old mtime set back.
+        struct stat old {
+        };
+        QCOMPARE(::stat(qPrintable(db), &old), 0);
+        QVERIFY(dir.write("db.MASTER", "HXDB 1\nBODY a\nbody b\n"));
+        const timespec times[2] = {old.st_atim, old.st_mtim};
+        QCOMPARE(::utimensat(AT_FDCWD, qPrintable(db), times, 0), 0);
+        QCOMPARE(ZEB_BodyCount(qPrintable(db)), 1);
         QVERIFY(dir.write("db.MASTER", "HXDB 1\nBODY a\nBODY b\nBODY c\n"));
         QCOMPARE(ZEB_BodyCount(qPrintable(db)), 3);
         QCOMPARE(info(db, 3), QByteArray("c"));

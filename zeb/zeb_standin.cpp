@@ -3,108 +3,213 @@
 //   BODY <description>
 // The description is the rest of the line, byte for byte. Anything that is
 // not such a file counts as no bodies, quickly: the count is asked for on
-// every keystroke in a file field.
+// every keystroke in a file field. So the file is read as a stream with a
+// small buffer, keeping no more of a line than a description needs, and a
+// file is given up at a first line that is not the magic or at a NUL.
 #include "zeb_standin.h"
 
-#include <cstdio>
+#include <algorithm>
+#include <cerrno>
+#include <climits>
 #include <cstring>
+#include <ctime>
+#include <fcntl.h>
 #include <string>
+#include <string_view>
 #include <sys/stat.h>
-#include <vector>
+#include <unistd.h>
 
 namespace
 {
 
 constexpr std::size_t infoSize = 1024;
-constexpr char magic[] = "HXDB 1";
-constexpr char bodyTag[] = "BODY ";
+constexpr std::string_view bodyTag = "BODY ";
 
+// Reads a file line by line from an offset, keeping the first `keep` bytes
+// of each line (without its LF, or its CR LF). Gives up at a NUL or a read
+// error: such a file is no database.
+class Lines
+{
+public:
+    Lines(int fd, off_t offset) : fd(fd), end(offset) {}
+
+    // False at the end of the file and when given up.
+    bool next(std::string& line)
+    {
+        line.clear();
+        bool started = false;
+        for (;;) {
+            if (pos == len) {
+                ssize_t n;
+                do
+                    n = ::pread(fd, buf, sizeof buf, end);
+                while (n < 0 && errno == EINTR);
+                if (n < 0 || std::memchr(buf, '\0', std::size_t(std::max<ssize_t>(n, 0)))) {
+                    bad = true;
+                    return false;
+                }
+                if (n == 0)
+                    break;
+                pos = 0;
+                len = std::size_t(n);
+                end += n;
+            }
+            started = true;
+            const char* from = buf + pos;
+            const auto* feed = static_cast<const char*>(std::memchr(from, '\n', len - pos));
+            const std::size_t n = feed ? std::size_t(feed - from) : len - pos;
+            line.append(from, std::min(n, keep - line.size()));
+            pos += feed ? n + 1 : n;
+            if (feed)
+                break;
+        }
+        if (!line.empty() && line.back() == '\r')
+            line.pop_back();
+        return started;
+    }
+    // Where the line after the last one given starts.
+    off_t offset() const { return end - off_t(len - pos); }
+
+    bool bad = false;
+
+private:
+    // The tag, and one byte past the longest description to tell where to cut.
+    static constexpr std::size_t keep = bodyTag.size() + infoSize;
+    int fd;
+    off_t end; // of what was read
+    char buf[16384];
+    std::size_t pos = 0;
+    std::size_t len = 0;
+};
+
+bool isBody(std::string_view line)
+{
+    return line.substr(0, bodyTag.size()) == bodyTag;
+}
+
+// The length of the magic line at the start of the file, 0 when there is
+// none. Read on its own, so that a foreign file costs a few bytes.
+off_t magicLength(int fd)
+{
+    char head[8];
+    const ssize_t n = ::pread(fd, head, sizeof head, 0);
+    const std::string_view start(head, std::size_t(std::max<ssize_t>(n, 0)));
+    for (std::string_view magic : {"HXDB 1\n", "HXDB 1\r\n"})
+        if (start.substr(0, magic.size()) == magic)
+            return off_t(magic.size());
+    return 0;
+}
+
+int countBodies(int fd)
+{
+    const off_t start = magicLength(fd);
+    if (start == 0)
+        return 0;
+    Lines lines(fd, start);
+    std::string line;
+    int count = 0;
+    while (lines.next(line))
+        if (isBody(line) && count < INT_MAX)
+            ++count;
+    return lines.bad ? 0 : count;
+}
+
+// Cuts to at most max bytes without splitting a UTF-8 sequence.
+void clip(std::string& text, std::size_t max)
+{
+    if (text.size() <= max)
+        return;
+    std::size_t cut = max;
+    // At most three continuation bytes; more are no UTF-8 and cut anywhere.
+    while (cut > max - 3 && (static_cast<unsigned char>(text[cut]) & 0xC0) == 0x80)
+        --cut;
+    text.resize(cut);
+}
+
+bool operator==(const timespec& a, const timespec& b)
+{
+    return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
+}
+
+// One version of a file. Unlike the mtime, the ctime cannot be set back, so
+// a rewrite shows even when the mtime is restored.
+struct Version {
+    dev_t dev = 0;
+    ino_t ino = 0;
+    off_t size = -1;
+    timespec mtime{};
+    timespec ctime{};
+
+    bool operator==(const Version& o) const
+    {
+        return dev == o.dev && ino == o.ino && size == o.size && mtime == o.mtime &&
+               ctime == o.ctime;
+    }
+};
+
+// The last file asked about. Timestamps move in ticks of the clock, so a
+// file changed twice within one tick keeps its times: one changed in the
+// last seconds is read again on every call.
 struct Cache {
     std::string file;
-    long long size = -1;
-    long long mtime = -1;
-    long long mtimeNs = -1;
-    std::vector<std::string> bodies;
+    Version version;
+    bool settled = false;
+    int count = 0;
+    // The body after the last one looked up, and where its line is searched
+    // from, so that asking for each body in turn reads the file once.
+    int next = 1;
+    off_t nextOffset = 0;
 };
 
 Cache cache;
 int terminateCount = 0;
 
-// Cuts to at most max bytes without splitting a UTF-8 sequence.
-std::string clipped(std::string text, std::size_t max)
+// Opens a regular file and brings the cache up to it; -1 for anything else.
+int openDatabase(const char* file)
 {
-    if (text.size() <= max)
-        return text;
-    std::size_t cut = max;
-    while (cut > 0 && (static_cast<unsigned char>(text[cut]) & 0xC0) == 0x80)
-        --cut;
-    text.resize(cut);
-    return text;
-}
-
-bool hasMagic(const std::string& data)
-{
-    const std::size_t len = std::strlen(magic);
-    if (data.compare(0, len, magic) != 0)
-        return false;
-    return data.size() == len || data[len] == '\n' || data.compare(len, 2, "\r\n") == 0;
-}
-
-// Reads a database file; a foreign file is given up after its first block,
-// so that a large one costs no more than a small one.
-bool readDatabase(const char* file, std::string& data)
-{
-    std::FILE* f = std::fopen(file, "rb");
-    if (!f)
-        return false;
-    char buf[65536];
-    std::size_t n = 0;
-    while ((n = std::fread(buf, 1, sizeof buf, f)) > 0) {
-        data.append(buf, n);
-        if (!hasMagic(data.substr(0, std::strlen(magic) + 2)))
-            break;
-    }
-    const bool ok = !std::ferror(f);
-    std::fclose(f);
-    return ok;
-}
-
-std::vector<std::string> parse(const std::string& data)
-{
-    std::vector<std::string> bodies;
-    if (!hasMagic(data) || data.find('\0') != std::string::npos)
-        return bodies;
-    std::size_t start = 0;
-    while (start < data.size()) {
-        std::size_t end = data.find('\n', start);
-        if (end == std::string::npos)
-            end = data.size();
-        std::string line = data.substr(start, end - start);
-        if (!line.empty() && line.back() == '\r')
-            line.pop_back();
-        if (line.compare(0, std::strlen(bodyTag), bodyTag) == 0)
-            bodies.push_back(clipped(line.substr(std::strlen(bodyTag)), infoSize - 1));
-        start = end + 1;
-    }
-    return bodies;
-}
-
-// The bodies of a file, from the cache while the file is unchanged.
-const std::vector<std::string>* bodiesOf(const char* file)
-{
-    static const std::vector<std::string> none;
     struct stat st {
     };
+    // A fifo or a device is never opened: that could block or act.
     if (!file || !*file || ::stat(file, &st) != 0 || !S_ISREG(st.st_mode))
-        return &none;
-    if (cache.file == file && cache.size == st.st_size && cache.mtime == st.st_mtim.tv_sec &&
-        cache.mtimeNs == st.st_mtim.tv_nsec)
-        return &cache.bodies;
-    std::string data;
-    if (!readDatabase(file, data))
-        return &none;
-    cache = Cache{file, st.st_size, st.st_mtim.tv_sec, st.st_mtim.tv_nsec, parse(data)};
-    return &cache.bodies;
+        return -1;
+    const int fd = ::open(file, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    if (fd < 0)
+        return -1;
+    if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode)) {
+        ::close(fd);
+        return -1;
+    }
+    const Version version{st.st_dev, st.st_ino, st.st_size, st.st_mtim, st.st_ctim};
+    if (cache.settled && cache.file == file && cache.version == version)
+        return fd;
+    timespec now{};
+    ::clock_gettime(CLOCK_REALTIME, &now);
+    cache = Cache{file, version, now.tv_sec - st.st_ctim.tv_sec > 2, countBodies(fd)};
+    return fd;
+}
+
+// Copies the description of a body the count says is there into info.
+bool describe(int fd, int index, char* info)
+{
+    if (index < cache.next) {
+        cache.next = 1;
+        cache.nextOffset = 0;
+    }
+    Lines lines(fd, cache.nextOffset);
+    std::string line;
+    while (lines.next(line)) {
+        if (!isBody(line) || cache.next++ != index)
+            continue;
+        cache.nextOffset = lines.offset();
+        std::string text = line.substr(bodyTag.size());
+        clip(text, infoSize - 1);
+        std::memcpy(info, text.c_str(), text.size() + 1);
+        return true;
+    }
+    // The file changed while being read.
+    cache.next = 1;
+    cache.nextOffset = 0;
+    return false;
 }
 
 } // namespace
@@ -113,7 +218,11 @@ extern "C" {
 
 int ZEB_BodyCount(const char* file)
 {
-    return static_cast<int>(bodiesOf(file)->size());
+    const int fd = openDatabase(file);
+    if (fd < 0)
+        return 0;
+    ::close(fd);
+    return cache.count;
 }
 
 int ZEB_GetBodyInfo(const char* file, int index, char* info)
@@ -121,12 +230,12 @@ int ZEB_GetBodyInfo(const char* file, int index, char* info)
     if (!info)
         return 0;
     info[0] = '\0';
-    const auto* bodies = bodiesOf(file);
-    if (index < 1 || static_cast<std::size_t>(index) > bodies->size())
+    const int fd = openDatabase(file);
+    if (fd < 0)
         return 0;
-    const std::string& text = (*bodies)[static_cast<std::size_t>(index) - 1];
-    std::memcpy(info, text.c_str(), text.size() + 1);
-    return 1;
+    const bool found = index >= 1 && index <= cache.count && describe(fd, index, info);
+    ::close(fd);
+    return found;
 }
 
 void ZEB_Terminate(void)
