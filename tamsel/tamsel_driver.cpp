@@ -6,6 +6,9 @@
 int main(int argc, char** argv)
 {
     QApplication app(argc, argv);
+    // Ties the windows to the installed desktop entry and its icon (the
+    // Wayland app id, the task bar's grouping).
+    QGuiApplication::setDesktopFileName("org.tamsel.Tamsel");
     QApplication::setStyle(QStyleFactory::create("Windows"));
     return Tamsel::runProgram();
 }
