@@ -11,6 +11,7 @@
 //
 // Input: the first byte is the number of leading lines (its low four bits),
 // the rest the report, read through a QBuffer.
+#include "require.h"
 #include "tamsel/blockreader.h"
 
 #include <QBuffer>
@@ -21,14 +22,6 @@
 
 namespace
 {
-
-void require(bool ok, const char* what)
-{
-    if (!ok) {
-        std::fprintf(stderr, "blockreader fuzz: %s\n", what);
-        std::abort();
-    }
-}
 
 // Every line of the report, empty ones included.
 QByteArrayList linesOf(QByteArray report)

@@ -10,6 +10,7 @@
 //
 // Input: the name's bytes.
 #include "platform/commandline.h"
+#include "require.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -20,14 +21,6 @@
 
 namespace
 {
-
-void require(bool ok, const char* what)
-{
-    if (!ok) {
-        std::fprintf(stderr, "commandline fuzz: %s\n", what);
-        std::abort();
-    }
-}
 
 bool isControl(char c)
 {

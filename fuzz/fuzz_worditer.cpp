@@ -6,6 +6,7 @@
 // Input: delimiter byte, text up to the first NUL byte (bytes from 0x80 pick
 // from `special`), then one byte per operation (see `operations`).
 #include "../tests/worditer_probe.h"
+#include "require.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -16,14 +17,6 @@
 
 namespace
 {
-
-void require(bool ok, const char* what)
-{
-    if (!ok) {
-        std::fprintf(stderr, "worditer fuzz: %s\n", what);
-        std::abort();
-    }
-}
 
 // Code units that stress simplification, the Latin-1 cut and the surrogate handling.
 const char16_t special[16] = {0x0000, 0x00a0, 0x0085, 0x2028, 0x3000, 0x00e9, 0x00ff, 0x0100,

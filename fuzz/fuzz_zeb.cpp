@@ -9,6 +9,7 @@
 // - asking again, in the other order, gives the same answers.
 //
 // Input: the file's bytes, written to a temporary file for each run.
+#include "require.h"
 #include "zeb/zeb.h"
 
 #include <cstdint>
@@ -24,14 +25,6 @@
 
 namespace
 {
-
-void require(bool ok, const char* what)
-{
-    if (!ok) {
-        std::fprintf(stderr, "zeb fuzz: %s\n", what);
-        std::abort();
-    }
-}
 
 constexpr std::size_t infoSize = 1024;
 
