@@ -147,8 +147,10 @@ std::string findProgram(const std::string& name)
         return {};
     if (name.find('/') != std::string::npos)
         return isProgramFile(name) ? name : std::string();
+    // Without PATH, the system's default path, as execvp has it: never the
+    // working directory by accident.
     const char* path = std::getenv("PATH");
-    const std::string dirs = path ? path : "";
+    const std::string dirs = path ? path : "/bin:/usr/bin";
     std::size_t start = 0;
     while (start <= dirs.size()) {
         const std::size_t end = std::min(dirs.find(':', start), dirs.size());

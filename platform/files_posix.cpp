@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <random>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -35,39 +36,48 @@ bool writeAll(int fd, const std::string& bytes)
     return true;
 }
 
-// The permissions a plain new file would get.
-mode_t newFileMode()
+// A new file of our own beside path, made with O_EXCL so that nothing of
+// that name, a link least of all, is ever opened; the umask applies as to
+// any new file.
+int createBeside(const std::string& path, std::string& name)
 {
-    const mode_t mask = ::umask(0);
-    ::umask(mask);
-    return 0666 & ~mask;
+    static const char letters[] = "abcdefghijklmnopqrstuvwxyz0123456789";
+    std::random_device random;
+    for (int attempt = 0; attempt < 100; ++attempt) {
+        name = directoryOf(path) + "/.tamsel-";
+        for (int i = 0; i < 8; ++i)
+            name += letters[random() % (sizeof letters - 1)];
+        const int fd =
+            ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666);
+        if (fd >= 0 || errno != EEXIST)
+            return fd;
+    }
+    return -1;
 }
 
 } // namespace
 
 bool replaceFile(const std::string& path, const std::string& bytes, std::string& error)
 {
-    std::string tmp = directoryOf(path) + "/.tamsel-XXXXXX";
-    const int fd = ::mkstemp(tmp.data());
+    std::string tmp;
+    const int fd = createBeside(path, tmp);
     if (fd < 0) {
         error = std::strerror(errno);
         return false;
     }
     // Errors of a full disk may show only at fsync or close.
-    const bool written =
-        ::fchmod(fd, newFileMode()) == 0 && writeAll(fd, bytes) && ::fsync(fd) == 0;
-    int saved = errno;
-    if (::close(fd) != 0 && written)
-        saved = errno;
-    else if (written)
-        saved = 0;
+    int failure = 0;
+    if (!writeAll(fd, bytes) || ::fsync(fd) != 0)
+        failure = errno;
+    if (::close(fd) != 0 && failure == 0)
+        failure = errno;
     // rename replaces a link of that name; it never writes through one.
-    if (saved == 0 && ::rename(tmp.c_str(), path.c_str()) == 0)
+    if (failure == 0 && ::rename(tmp.c_str(), path.c_str()) != 0)
+        failure = errno;
+    if (failure == 0)
         return true;
-    if (saved == 0)
-        saved = errno;
     ::unlink(tmp.c_str());
-    error = std::strerror(saved);
+    error = std::strerror(failure);
     return false;
 }
 

@@ -112,7 +112,7 @@ private slots:
             if (full) { // nothing left behind, the old file whole
                 QFile old(dir + "/runtamsel.bat");
                 QVERIFY(old.open(QIODevice::ReadOnly) && old.readAll() == "old\n");
-                QCOMPARE(QDir(dir).entryList(QDir::Files),
+                QCOMPARE(QDir(dir).entryList(QDir::Files | QDir::Hidden),
                          QStringList({"filler", "runtamsel.bat"}));
             }
             const QString box = answers.boxes().value(0);
