@@ -1,8 +1,7 @@
 #include "platform/batchfile.h"
 #include "platform/commandline.h"
+#include "platform/files.h"
 
-#include <fstream>
-#include <istream>
 #include <sstream>
 #include <string>
 
@@ -11,6 +10,9 @@ namespace platform
 
 namespace
 {
+
+// Far beyond any batch Tamsel writes, a 100 KB node list included.
+constexpr std::size_t maxBatchFileSize = 16 << 20;
 
 // How deep batch files call batch files in this thread just now.
 thread_local int depth = 0;
@@ -70,14 +72,17 @@ int runLines(std::istream& in, const BatchHooks& hooks)
 
 } // namespace
 
+// Read whole before any line runs: no descriptor of it reaches the programs
+// it starts, and no line can be longer than the file may be.
 int runBatchFile(const std::string& path, const BatchHooks& hooks)
 {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
-        std::fprintf(stderr, "cannot read %s\n", path.c_str());
+    std::string text;
+    std::string problem;
+    if (!readFile(path, maxBatchFileSize, text, problem)) {
+        std::fprintf(stderr, "cannot read %s: %s\n", path.c_str(), problem.c_str());
         return exitStatus(1);
     }
-    return runLines(in, hooks);
+    return runBatchText(text, hooks);
 }
 
 int runBatchText(const std::string& text, const BatchHooks& hooks)

@@ -1,10 +1,5 @@
 #include "platform/commandline.h"
 
-#include <algorithm>
-#include <cstdlib>
-#include <sys/stat.h>
-#include <unistd.h>
-
 namespace platform
 {
 
@@ -124,44 +119,6 @@ bool fitsAsProgram(const std::string& program)
 {
     return !program.empty() &&
            program.find_first_of(std::string(" \t\"\r\n\0", 6)) == std::string::npos;
-}
-
-namespace
-{
-
-// A batch file needs no execute permission: it is read, not executed.
-bool isProgramFile(const std::string& path)
-{
-    struct stat st {
-    };
-    if (::stat(path.c_str(), &st) != 0 || !S_ISREG(st.st_mode))
-        return false;
-    return ::access(path.c_str(), isBatchFileName(path) ? R_OK : X_OK) == 0;
-}
-
-} // namespace
-
-std::string findProgram(const std::string& name)
-{
-    if (name.empty())
-        return {};
-    if (name.find('/') != std::string::npos)
-        return isProgramFile(name) ? name : std::string();
-    // Without PATH, the system's default path, as execvp has it: never the
-    // working directory by accident.
-    const char* path = std::getenv("PATH");
-    const std::string dirs = path ? path : "/bin:/usr/bin";
-    std::size_t start = 0;
-    while (start <= dirs.size()) {
-        const std::size_t end = std::min(dirs.find(':', start), dirs.size());
-        const std::string dir = dirs.substr(start, end - start);
-        // An empty entry means the working directory, as for execvp.
-        const std::string candidate = (dir.empty() ? "." : dir) + "/" + name;
-        if (isProgramFile(candidate))
-            return candidate;
-        start = end + 1;
-    }
-    return {};
 }
 
 bool isBatchFileName(const std::string& program)

@@ -6,9 +6,10 @@
 namespace platform
 {
 
-// The longest "NAME=value" entry a started program can still be given:
-// longer ones make every later start fail (Linux: 32 pages, less the NUL).
-std::size_t environmentEntryLimit();
+// The longest "NAME=value" entry for NAME that a started program can still
+// be given beside the rest of the environment: longer ones make every later
+// start fail (Linux: 32 pages less the NUL, and all of it within ARG_MAX).
+std::size_t environmentEntryLimit(const std::string& name);
 
 // Sets one variable of the process environment from "NAME=value", as
 // _putenv does: the value is kept byte for byte, an empty value removes the

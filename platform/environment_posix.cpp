@@ -1,21 +1,38 @@
 #include "platform/environment.h"
 
+#include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <unistd.h>
+
+extern char** environ;
 
 namespace platform
 {
 
-std::size_t environmentEntryLimit()
+std::size_t environmentEntryLimit(const std::string& name)
 {
     // The kernel's MAX_ARG_STRLEN, which counts the terminating NUL.
     const long page = ::sysconf(_SC_PAGESIZE);
-    return static_cast<std::size_t>(page > 0 ? page : 4096) * 32 - 1;
+    const std::size_t single = static_cast<std::size_t>(page > 0 ? page : 4096) * 32 - 1;
+    // All entries and arguments together must fit in ARG_MAX as well, which
+    // a small stack limit makes small; room is kept for a command line.
+    const long argMax = ::sysconf(_SC_ARG_MAX);
+    if (argMax <= 0)
+        return single;
+    const std::string own = name + "=";
+    std::size_t used = 64 * 1024;
+    for (char** e = environ; *e; ++e) {
+        if (std::strncmp(*e, own.c_str(), own.size()) != 0)
+            used += std::strlen(*e) + 1 + sizeof(char*);
+    }
+    const auto total = static_cast<std::size_t>(argMax);
+    return used >= total ? 0 : std::min(single, total - used - 1);
 }
 
 bool putEnv(const std::string& entry)
 {
-    if (entry.size() > environmentEntryLimit())
+    if (entry.size() > environmentEntryLimit(entry.substr(0, entry.find('='))))
         return false;
     const auto eq = entry.find('=');
     if (eq == std::string::npos || eq == 0)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 namespace platform
@@ -11,6 +12,10 @@ namespace platform
 // replaced, never followed. False, with the system's reason in error ("No
 // space left on device") and the old file as it was, otherwise.
 bool replaceFile(const std::string& path, const std::string& bytes, std::string& error);
+
+// Reads a file whole, at most max bytes, with no descriptor left for the
+// programs started meanwhile. False, with the reason in error, otherwise.
+bool readFile(const std::string& path, std::size_t max, std::string& bytes, std::string& error);
 
 // The working directory's path, also when it has been deleted (then
 // deleted is set) or cannot be named any more.

@@ -81,6 +81,29 @@ bool replaceFile(const std::string& path, const std::string& bytes, std::string&
     return false;
 }
 
+bool readFile(const std::string& path, std::size_t max, std::string& bytes, std::string& error)
+{
+    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0) {
+        error = std::strerror(errno);
+        return false;
+    }
+    char buf[65536];
+    ssize_t n = 0;
+    while ((n = ::read(fd, buf, sizeof buf)) != 0) {
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n < 0 || bytes.size() + static_cast<std::size_t>(n) > max) {
+            error = n < 0 ? std::strerror(errno) : "larger than " + std::to_string(max) + " bytes";
+            ::close(fd);
+            return false;
+        }
+        bytes.append(buf, static_cast<std::size_t>(n));
+    }
+    ::close(fd);
+    return true;
+}
+
 std::string workingDirectory(bool* deleted)
 {
     if (deleted)

@@ -425,8 +425,11 @@ QString QRTZEBCore::coarsenForm() const
 
 void QRTZEBCore::genScript()
 {
-    if (!QFileInfo(QDir::currentPath()).isWritable()) {
-        MessageBox::warn(unableToWrite, QString(unableText) + "Check permissions.");
+    bool deleted = false;
+    const std::string dir = platform::workingDirectory(&deleted);
+    if (deleted || !QFileInfo(QString::fromLocal8Bit(dir.c_str())).isWritable()) {
+        MessageBox::warn(unableToWrite, QString(unableText) + "Check permissions." +
+                                            (deleted ? "\nThe directory no longer exists." : ""));
         return;
     }
     // A missing sketch name leaves the file with one line end.
@@ -448,7 +451,7 @@ bool QRTZEBCore::putOptions()
     const QByteArray options = writeOptions().toLocal8Bit();
     if (options.isEmpty())
         return true;
-    const std::size_t limit = platform::environmentEntryLimit();
+    const std::size_t limit = platform::environmentEntryLimit("OKT_ZEBWRITE_OPTIONS");
     if (std::size_t(options.size()) > limit) {
         MessageBox::warn(
             "Write Options Too Long",

@@ -23,8 +23,8 @@ TranslatorCommand& TranslatorCommand::file(const QString& name)
     } else if (why.isEmpty()) {
         QString shown = name;
         shown.replace('\n', "\\n").replace('\r', "\\r").replace(QChar(0), "\\0");
-        why = QString("The file name \"%1\" contains a line break, which a command line "
-                      "cannot carry.")
+        why = QString("The file name \"%1\" contains a line break or a NUL character, "
+                      "which a command line cannot carry.")
                   .arg(shown);
     }
     return *this;

@@ -332,6 +332,7 @@ void ZEBBrowser::generate(bool browse)
         blockSelection[block] = 1;
         noneSelected = false;
     }
+    QueuedInputDropper::dropPending(); // clicks given while the tool ran
     if (browse && noneSelected) {
         delete window;
         MessageBox::warning(nullptr, "No blocks selected",
@@ -348,7 +349,7 @@ void ZEBBrowser::generate(bool browse)
     }
     blockSelection[0] = allSelected ? 1 : 0;
     const QString written = report.generateReports(blockSelection);
-    QueuedInputDropper::dropPending(); // clicks given while the tool ran
+    QueuedInputDropper::dropPending();
     reportList = new QMListDialog(written, nullptr, nullptr, false);
     reportList->show();
 }

@@ -122,6 +122,8 @@ void TestPlatform::batchFile_data()
     QTest::newRow("killed by a signal")      << "sh -c \"kill -KILL $$\"\n"         << ""    << 0   << int(SIGKILL);
     QTest::newRow("program missing")         << "/no/such/program x\n"              << ""    << 127 << 0;
     QTest::newRow("no batch file")           << QString()                           << ""    << 1   << 0;
+    QTest::newRow("no descriptor of it in a child") << "sh -c \"ls -l /proc/$$/fd | grep Bat; true\"\n"
+        << "" << 0 << 0;
     QTest::newRow("calls itself: stopped")   << "@echo off\n./T.Bat\n"
         << "Batch files nested more than 16 deep: stopped.\n" << 1 << 0;
     // A program is run as a program, whatever its name.
@@ -169,7 +171,7 @@ void TestPlatform::childSeesTheEnvironment()
     QCOMPARE(platform::runCommandLine(qrt2zeb), 0);
     // The longest entry still reaches a child; one byte more is refused.
     std::string longest = "OKT_ZEBWRITE_OPTIONS=";
-    longest.resize(platform::environmentEntryLimit(), 'x');
+    longest.resize(platform::environmentEntryLimit("OKT_ZEBWRITE_OPTIONS"), 'x');
     QVERIFY(!platform::putEnv(longest + "x") && platform::putEnv(longest));
     QCOMPARE(platform::runCommandLine(qrt2zeb), 0);
     const auto runs = standins.runs();

@@ -77,8 +77,11 @@ private slots:
         ReadOnlyDir locked;
         QVERIFY2(where != "locked" || locked.isValid(), "cannot make a directory read-only here");
         std::optional<FullDir> full;
-        if (where == "full")
-            QVERIFY2(full.emplace("runtamsel.bat").isValid(), "cannot mount a full file system");
+        if (where == "full" && !full.emplace("runtamsel.bat").isValid()) {
+            if (::geteuid() != 0)
+                QSKIP("needs root to mount a full file system");
+            QFAIL("cannot mount a full file system");
+        }
         const QString dir = where == "locked"    ? locked.path()
                             : full               ? full->path()
                             : where == "deleted" ? scratch.filePath("gone")
@@ -163,6 +166,8 @@ private slots:
     void linkPlantedByAnotherUser()
     {
         if (::geteuid() != 0) { // the unprivileged side
+            if (qEnvironmentVariableIsEmpty("TAMSEL_SHARED_DIR"))
+                QSKIP("needs root to plant another user's link");
             QVERIFY(QDir::setCurrent(qEnvironmentVariable("TAMSEL_SHARED_DIR")));
             DialogAnswerer answers;
             answers.pressButton("OK");

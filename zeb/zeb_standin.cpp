@@ -149,7 +149,7 @@ struct Version {
 
 // The last file asked about. Timestamps move in ticks of the clock, so a
 // file changed twice within one tick keeps its times: one changed in the
-// last seconds is read again on every call.
+// last second or two is read again on every call.
 struct Cache {
     std::string file;
     Version version;
@@ -184,7 +184,7 @@ int openDatabase(const char* file)
         return fd;
     timespec now{};
     ::clock_gettime(CLOCK_REALTIME, &now);
-    cache = Cache{file, version, now.tv_sec - st.st_ctim.tv_sec > 2, countBodies(fd)};
+    cache = Cache{file, version, now.tv_sec - st.st_ctim.tv_sec >= 2, countBodies(fd)};
     return fd;
 }
 
