@@ -1,6 +1,7 @@
 #include "platform/batchfile.h"
 #include "platform/commandline.h"
 #include "platform/console.h"
+#include "platform/files.h"
 
 #include <cerrno>
 #include <chrono>
@@ -115,24 +116,6 @@ void removeTree(const std::string& dir, const std::string& statusFile)
     ::rmdir(dir.c_str());
 }
 
-// A fresh file that only we can have made: no link, nothing of anyone else.
-bool writeNewFile(const std::string& path, const std::string& bytes)
-{
-    const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
-    if (fd < 0)
-        return false;
-    std::size_t done = 0;
-    while (done < bytes.size()) {
-        const ssize_t n = ::write(fd, bytes.data() + done, bytes.size() - done);
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n <= 0)
-            break;
-        done += static_cast<std::size_t>(n);
-    }
-    return ::close(fd) == 0 && done == bytes.size();
-}
-
 } // namespace
 
 std::vector<std::string> terminalPrefix()
@@ -171,7 +154,8 @@ int runInConsole(const std::string& batchText, const std::string& consoleProgram
         return runBatchText(batchText);
     const std::string statusFile = dir + "/status";
     const std::string batchFile = dir + "/runtamsel.bat";
-    if (!writeNewFile(batchFile, batchText)) {
+    std::string error;
+    if (!replaceFile(batchFile, batchText, error)) {
         removeTree(dir, statusFile);
         return runBatchText(batchText);
     }
