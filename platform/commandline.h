@@ -27,13 +27,12 @@ bool fitsAsProgram(const std::string& program);
 // when there is none. The start check and the run both use this.
 std::string findProgram(const std::string& name);
 
-// Runs a command line without a shell: the program is started directly with
-// the standard streams inherited, and the call waits for it.
-// A program is found with findProgram. The result is a
-// wait status: its low 16 bits are zero exactly when the program ran and
-// exited with 0. A program that cannot be started gives 127 << 8. A batch
-// file (.bat or .cmd that is not an executable program: no ELF or "#!"
-// start) is run by runBatchFile instead.
+// Runs a command line without a shell: the program, found with findProgram,
+// is started directly with the standard streams inherited, and the call
+// waits for it. The result is a wait status: its low 16 bits are zero
+// exactly when the program ran and exited with 0. A program that cannot be started gives 127 << 8.
+// A batch file (.bat or .cmd that is not an executable program: no ELF or "#!" start) is run by
+// runBatchFile instead.
 int runCommandLine(const std::string& line);
 
 // Exit code and signal of a status from runCommandLine or runBatchFile.

@@ -34,17 +34,6 @@ bool exists(const std::string& path)
     return ::stat(path.c_str(), &st) == 0;
 }
 
-std::string currentDirectory()
-{
-    std::string buf(4096, '\0');
-    while (!::getcwd(buf.data(), buf.size())) {
-        if (errno != ERANGE)
-            return ".";
-        buf.resize(buf.size() * 2);
-    }
-    return buf.c_str();
-}
-
 bool readStatus(const std::string& file, int& status)
 {
     std::ifstream in(file);
@@ -110,7 +99,7 @@ bool consoleStatus(const std::string& statusFile, int terminalStatus, int& statu
 
 void removeTree(const std::string& dir, const std::string& statusFile)
 {
-    for (const char* suffix : {"", ".tmp", ".started", ".started.tmp"})
+    for (const char* suffix : {"", ".started", ".started.tmp"})
         ::unlink((statusFile + suffix).c_str());
     ::unlink((dir + "/runtamsel.bat").c_str());
     ::rmdir(dir.c_str());
@@ -160,7 +149,7 @@ int runInConsole(const std::string& batchText, const std::string& consoleProgram
         return runBatchText(batchText);
     }
 
-    args.insert(args.end(), {consoleProgram, "--directory", currentDirectory(), "--status-file",
+    args.insert(args.end(), {consoleProgram, "--directory", workingDirectory(), "--status-file",
                              statusFile, batchFile});
     const int terminalStatus = spawnAndWait(args);
     if (terminalStatus == -1)
@@ -187,14 +176,8 @@ bool announceConsoleStart(const std::string& statusFile)
 
 bool writeConsoleStatus(const std::string& statusFile, int status)
 {
-    const std::string tmp = statusFile + ".tmp";
-    {
-        std::ofstream out(tmp, std::ios::trunc);
-        out << status << "\n";
-        if (!out.flush())
-            return false;
-    }
-    return ::rename(tmp.c_str(), statusFile.c_str()) == 0;
+    std::string error;
+    return replaceFile(statusFile, std::to_string(status) + "\n", error);
 }
 
 } // namespace platform

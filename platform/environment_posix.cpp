@@ -32,12 +32,12 @@ std::size_t environmentEntryLimit(const std::string& name)
 
 bool putEnv(const std::string& entry)
 {
-    if (entry.size() > environmentEntryLimit(entry.substr(0, entry.find('='))))
-        return false;
     const auto eq = entry.find('=');
     if (eq == std::string::npos || eq == 0)
         return false;
     const std::string name = entry.substr(0, eq);
+    if (entry.size() > environmentEntryLimit(name))
+        return false;
     const std::string value = entry.substr(eq + 1);
     if (value.empty())
         return ::unsetenv(name.c_str()) == 0;

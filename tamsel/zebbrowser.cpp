@@ -6,7 +6,6 @@
 #include "messagebox.h"
 #include "pictures.h"
 #include "qmlistdialog.h"
-#include "queuedinputdropper.h"
 #include "zebreport.h"
 
 #include <QBoxLayout>
@@ -332,7 +331,6 @@ void ZEBBrowser::generate(bool browse)
         blockSelection[block] = 1;
         noneSelected = false;
     }
-    QueuedInputDropper::dropPending(); // clicks given while the tool ran
     if (browse && noneSelected) {
         delete window;
         MessageBox::warning(nullptr, "No blocks selected",
@@ -348,8 +346,6 @@ void ZEBBrowser::generate(bool browse)
         return;
     }
     blockSelection[0] = allSelected ? 1 : 0;
-    const QString written = report.generateReports(blockSelection);
-    QueuedInputDropper::dropPending();
-    reportList = new QMListDialog(written, nullptr, nullptr, false);
+    reportList = new QMListDialog(report.generateReports(blockSelection), nullptr, nullptr, false);
     reportList->show();
 }

@@ -4,6 +4,7 @@
 #include "blockreader.h"
 #include "blockview.h"
 #include "platform/commandline.h"
+#include "queuedinputdropper.h"
 
 #include <QDir>
 #include <QFile>
@@ -94,11 +95,14 @@ bool ZEBReport::commandRefused() const
 
 bool ZEBReport::run(unsigned int block)
 {
+    if (block > lastBlock)
+        return false;
     const TranslatorCommand line = command(block, reportFile);
-    if (block > lastBlock || !line.problem().isEmpty())
+    if (!line.problem().isEmpty())
         return false;
     say("runStr " + line.line().toLocal8Bit());
     int status = runTool(line.line().toLocal8Bit().toStdString());
+    QueuedInputDropper::dropPending(); // clicks given while the tool ran
     const QFileInfo info(reportFile);
     if (!info.exists())
         status = 0;
