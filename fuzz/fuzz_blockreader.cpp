@@ -12,7 +12,7 @@
 // Input: the first byte is the number of leading lines (its low four bits),
 // the rest the report, read through a QBuffer.
 #include "require.h"
-#include "tamsel/blockreader.h"
+#include "blockview/blockreader.h"
 
 #include <QBuffer>
 
