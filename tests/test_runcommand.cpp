@@ -5,6 +5,7 @@
 
 #include "dialoganswerer.h"
 #include "fulldir.h"
+#include "otheruser.h"
 #include "readonlydir.h"
 #include "scratchdir.h"
 #include "standins.h"
@@ -182,15 +183,10 @@ private slots:
         QVERIFY(QFile(victim).open(QIODevice::WriteOnly) &&
                 QFile::link(victim, shared.filePath("runtamsel.bat")));
         QVERIFY(::chown(qPrintable(victim), 65534, 65534) == 0);
-        QProcess user;
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        QProcessEnvironment env;
         env.insert("TAMSEL_SHARED_DIR", shared.path());
-        user.setProcessEnvironment(env);
-        user.start("setpriv",
-                   {"--reuid=65534", "--regid=65534", "--clear-groups",
-                    QCoreApplication::applicationFilePath(), "linkPlantedByAnotherUser"});
-        QVERIFY(user.waitForFinished(60000));
-        QVERIFY2(user.exitCode() == 0, user.readAllStandardOutput().constData());
+        QByteArray output;
+        QVERIFY2(OtherUser::run("linkPlantedByAnotherUser", env, output) == 0, output.constData());
         QVERIFY(QFileInfo(shared.filePath("runtamsel.bat")).isSymLink());
         QCOMPARE(QFileInfo(victim).size(), 0);
     }

@@ -39,7 +39,7 @@ void run(ZEBMTXLator& tab, const QStringList& settings)
     QTest::mouseClick(tab.findChild<QPushButton*>(), Qt::LeftButton);
 }
 
-const QString tool = qEnvironmentVariable("TAMSEL_BIN_DIR") + "/zeb2mtx-standin";
+const QString tool = Standins::program("zeb2mtx-standin");
 
 } // namespace
 

@@ -7,11 +7,18 @@
 namespace
 {
 
-const char* const variables[] = {"OKT_ZEB2MTX",           "OKT_QRT2ZEB",
-                                 "TAMSEL_TERMINAL",       "TAMSEL_STANDIN_LOG",
-                                 "TAMSEL_STANDIN_STATUS", "TAMSEL_STANDIN_FAIL_BLOCK", "OKT_ZEBWRITE_OPTIONS",
-                                 "QRT_ONDREL_NAME",       "DISPLAY",
-                                 "WAYLAND_DISPLAY",       "PATH"};
+const char* const variables[] = {"OKT_ZEB2MTX",
+                                 "OKT_QRT2ZEB",
+                                 "TAMSEL_TERMINAL",
+                                 "TAMSEL_STANDIN_LOG",
+                                 "TAMSEL_STANDIN_STATUS",
+                                 "TAMSEL_STANDIN_FAIL_BLOCK",
+                                 "OKT_ZEBWRITE_OPTIONS",
+                                 "QRT_ONDREL_NAME",
+                                 "DISPLAY",
+                                 "WAYLAND_DISPLAY",
+                                 "PATH",
+                                 "TAMSEL_BIN_DIR"};
 
 } // namespace
 
@@ -19,6 +26,8 @@ Standins::Standins(const QString& logDir) : log(logDir + "/standin.log")
 {
     for (const char* v : variables)
         saved.append(qgetenv(v));
+    // Scripts the tests hand to a terminal find the build tree here.
+    qputenv("TAMSEL_BIN_DIR", binDir().toLocal8Bit());
     qputenv("OKT_ZEB2MTX", program("zeb2mtx-standin").toLocal8Bit());
     qputenv("OKT_QRT2ZEB", program("qrt2zeb-standin").toLocal8Bit());
     qputenv("TAMSEL_TERMINAL", "none");

@@ -20,8 +20,16 @@ public:
     explicit Standins(const QString& logDir);
     ~Standins();
 
-    static QString binDir() { return qEnvironmentVariable("TAMSEL_BIN_DIR"); }
-    static QString examplesDir() { return qEnvironmentVariable("TAMSEL_EXAMPLES_DIR"); }
+    // The build tree's folders unless the environment names others, so that
+    // a test binary also runs on its own, outside CTest.
+    static QString binDir()
+    {
+        return qEnvironmentVariable("TAMSEL_BIN_DIR", TAMSEL_DEFAULT_BIN_DIR);
+    }
+    static QString examplesDir()
+    {
+        return qEnvironmentVariable("TAMSEL_EXAMPLES_DIR", TAMSEL_DEFAULT_EXAMPLES_DIR);
+    }
     static QString program(const QString& name) { return binDir() + "/" + name; }
     // The exit status the stand-ins end with from now on.
     static void setStatus(int s) { qputenv("TAMSEL_STANDIN_STATUS", QByteArray::number(s)); }
