@@ -390,6 +390,8 @@ BlockView::Pos BlockView::moved(Pos from, Move move) const
         return {};
     case Move::End:
         return {last, text.lineLength(last)};
+    case Move::LastLine:
+        return {last, 0};
     }
     return at;
 }
@@ -532,16 +534,26 @@ bool BlockView::navigationOf(const QKeyEvent* event, Move& move, bool& select)
         {QKeySequence::MoveToStartOfDocument, QKeySequence::SelectStartOfDocument, Move::Start},
         {QKeySequence::MoveToEndOfDocument, QKeySequence::SelectEndOfDocument, Move::End},
     };
+    // Space pages as in a read-only view; with Shift it pages back.
+    const auto modifiers = event->modifiers() & ~Qt::KeypadModifier;
+    if (event->key() == Qt::Key_Space &&
+        (modifiers == Qt::NoModifier || modifiers == Qt::ShiftModifier)) {
+        move = modifiers == Qt::NoModifier ? Move::PageDown : Move::PageUp;
+        select = false;
+        return true;
+    }
     for (const auto& key : keys) {
         select = event->matches(key.select);
         if (select || event->matches(key.move)) {
             move = key.where;
             // Home and End alone go to the top and the bottom, as in a
-            // read-only text view; with Shift they select within the line.
+            // read-only text view, End to the last line's start so that the
+            // view stays at the first column; with Shift they select within
+            // the line.
             if (!select && move == Move::LineStart)
                 move = Move::Start;
             else if (!select && move == Move::LineEnd)
-                move = Move::End;
+                move = Move::LastLine;
             return true;
         }
     }
@@ -571,9 +583,13 @@ void BlockView::navigate(Move move, bool select)
         moveCursor(side, false);
         return;
     }
-    if (move == Move::PageUp || move == Move::PageDown) {
+    // The view scrolls at once, the caret follows: a line a step, a page a
+    // page; a selection grown by Shift+arrows only follows its caret.
+    const bool line = move == Move::Up || move == Move::Down;
+    if ((line && !select) || move == Move::PageUp || move == Move::PageDown) {
+        const int back = move == Move::Up || move == Move::PageUp ? -1 : 1;
         QScrollBar* vertical = verticalScrollBar();
-        vertical->setValue(vertical->value() + (move == Move::PageUp ? -1 : 1) * visibleLines());
+        vertical->setValue(vertical->value() + back * (line ? 1 : visibleLines()));
     }
     moveCursor(moved(cursor, move), select);
 }

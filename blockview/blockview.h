@@ -93,7 +93,8 @@ private:
         LineStart,
         LineEnd,
         Start,
-        End
+        End,
+        LastLine // the start of the last line: End alone, as in a read-only view
     };
 
     // Geometry: lines scroll whole, one scroll bar step a line.

@@ -56,6 +56,11 @@ QAccessible::State BlockViewAccessible::state() const
 
 QString BlockViewAccessible::text(QAccessible::Text type) const
 {
+    // A view without a name of its own is named by the page it sits on.
+    if (type == QAccessible::Name && view()->accessibleName().isEmpty())
+        for (const QWidget* w = view()->parentWidget(); w && !w->isWindow(); w = w->parentWidget())
+            if (!w->accessibleName().isEmpty())
+                return w->accessibleName();
     if (type != QAccessible::Value)
         return QAccessibleWidget::text(type);
     return characterCount() <= valueLimit ? view()->toPlainText() : QString();

@@ -1,5 +1,6 @@
 #include "blockviewfindbar.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -10,14 +11,25 @@
 namespace
 {
 
-QToolButton* button(QWidget* parent, const QString& text, const QString& name)
+// A tool button that looks like a button: the theme's icon where there is
+// one, else its text; the longer name for tool tips and screen readers.
+QToolButton* button(QWidget* parent, const char* icon, const QString& text, const QString& name)
 {
     auto* b = new QToolButton(parent);
     b->setText(text);
+    b->setIcon(QIcon::fromTheme(QLatin1String(icon)));
+    b->setToolButtonStyle(b->icon().isNull() ? Qt::ToolButtonTextOnly : Qt::ToolButtonIconOnly);
     b->setAccessibleName(name);
     b->setToolTip(name);
-    b->setAutoRaise(true);
     return b;
+}
+
+// The interface font, whatever the page's: the bar is no part of the text.
+QFont interfaceFont(const QWidget* widget)
+{
+    QFont font = QApplication::font(widget);
+    font.setResolveMask(QFont::AllPropertiesResolved);
+    return font;
 }
 
 } // namespace
@@ -28,15 +40,24 @@ BlockViewFindBar::BlockViewFindBar(QWidget* parent)
 {
     setObjectName("find bar");
     setAutoFillBackground(true);
+    setFont(interfaceFont(this));
     auto* label = new QLabel(tr("Find:"), this);
     label->setBuddy(edit);
     edit->setObjectName("find text");
     edit->setAccessibleName(tr("Find"));
     edit->installEventFilter(this);
+    // Room for a word or two to find, whatever the status says.
+    edit->setMinimumWidth(edit->fontMetrics().averageCharWidth() * minimumCharacters);
     status->setObjectName("find status");
-    auto* previous = button(this, tr("Previous"), tr("Find previous (Shift+F3)"));
-    auto* next = button(this, tr("Next"), tr("Find next (F3)"));
-    auto* hide = button(this, tr("Close"), tr("Close the find bar (Escape)"));
+    // The status gives way first: it takes what is left and is elided.
+    status->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    status->setMinimumWidth(0);
+    auto* previous = button(this, "go-up", tr("Previous"), tr("Find previous (Shift+F3)"));
+    auto* next = button(this, "go-down", tr("Next"), tr("Find next (F3)"));
+    auto* hide =
+        button(this, "window-close", QStringLiteral("\u00D7"), tr("Close the find bar (Escape)"));
+    hide->setObjectName("close find bar");
+    hide->setAutoRaise(true);
 
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(4, 2, 4, 2);
@@ -73,9 +94,25 @@ void BlockViewFindBar::open(const QString& text)
 
 void BlockViewFindBar::setStatus(const QString& text)
 {
-    status->setText(text);
-    // Told with the field, so that a screen reader reading it says it too.
+    fullStatus = text;
+    // Whole in the tool tip and for screen readers, with the field too, so
+    // that a screen reader reading the field says it.
+    status->setToolTip(text);
+    status->setAccessibleName(text);
+    status->setAccessibleDescription(text);
     edit->setAccessibleDescription(text);
+    elideStatus();
+}
+
+void BlockViewFindBar::elideStatus()
+{
+    status->setText(status->fontMetrics().elidedText(fullStatus, Qt::ElideRight, status->width()));
+}
+
+void BlockViewFindBar::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    elideStatus();
 }
 
 void BlockViewFindBar::dismiss()

@@ -15,6 +15,9 @@ class BlockViewFindBar : public QWidget
     Q_OBJECT
 
 public:
+    // The find field is never narrower than this many characters.
+    static constexpr int minimumCharacters = 15;
+
     explicit BlockViewFindBar(QWidget* parent = nullptr);
 
     QString text() const;
@@ -30,12 +33,15 @@ signals:
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     bool handleKey(QKeyEvent* event);
     void dismiss();
+    void elideStatus();
 
     QLineEdit* edit;
     QCheckBox* matchCase;
     QLabel* status;
+    QString fullStatus;
 };

@@ -10,19 +10,6 @@
 namespace filerow
 {
 
-namespace
-{
-
-QMFileLineEdit* zebField(QWidget* parent, const char* name)
-{
-    auto* field = new QMFileLineEdit(parent, name, QMFileLineEdit::FileMode);
-    field->setFixedSize(200, 25);
-    field->filters = QStringList{"ZEB files (*.zeb)", "HX DB files (*.MASTER)"};
-    return field;
-}
-
-} // namespace
-
 QBoxLayout* tabLayout(QWidget* tab)
 {
     auto* layout = new QBoxLayout(QBoxLayout::TopToBottom, tab);
@@ -47,18 +34,30 @@ QLabel* label(const QString& text, QWidget* parent)
     return label;
 }
 
+QMFileLineEdit* addFileField(QBoxLayout* row, QWidget* tab, const QString& text, const char* name)
+{
+    QLabel* title = label(text, tab);
+    row->addWidget(title, 10);
+    auto* field = new QMFileLineEdit(tab, name, QMFileLineEdit::FileMode);
+    field->setFixedSize(200, 25);
+    title->setBuddy(field); // names the field for screen readers
+    row->addWidget(field, 10);
+    return field;
+}
+
 QMFileLineEdit* addZebField(QBoxLayout* row, QWidget* tab, const QString& text, const char* name)
 {
-    row->addWidget(label(text, tab), 10);
-    QMFileLineEdit* field = zebField(tab, name);
-    row->addWidget(field, 10);
+    QMFileLineEdit* field = addFileField(row, tab, text, name);
+    field->filters = QStringList{"ZEB files (*.zeb)", "HX DB files (*.MASTER)"};
     return field;
 }
 
 BodyIndexField* addIndexField(QBoxLayout* row, QWidget* tab, QLineEdit* fileField)
 {
-    row->addWidget(label("Index: ", tab), 10);
+    QLabel* title = label("Index: ", tab);
+    row->addWidget(title, 10);
     auto* field = new BodyIndexField(tab, fileField);
+    title->setBuddy(field->lineEdit());
     row->addWidget(field->lineEdit(), 10);
     QObject::connect(fileField, SIGNAL(textChanged(QString)), tab, SLOT(checkCDB()));
     return field;

@@ -32,8 +32,11 @@ QFont boldFont();
 // A centred bold label fixed at its size.
 QLabel* label(const QString& text, QWidget* parent);
 
-// The label and a ZEB file field (200 by 25, ZEB and HX DB filters) behind it, added to the row
-// with stretch 10 each.
+// The label and a file field (200 by 25) behind it, added to the row with
+// stretch 10 each; the label names the field for screen readers.
+QMFileLineEdit* addFileField(QBoxLayout* row, QWidget* tab, const QString& label, const char* name);
+
+// The same with the ZEB and HX DB filters.
 QMFileLineEdit* addZebField(QBoxLayout* row, QWidget* tab, const QString& label, const char* name);
 
 // The label "Index: " and the body index field of fileField, added to the row

@@ -49,6 +49,8 @@ QPushButton* pictureButton(QWidget* parent, const QPixmap& picture, const QStrin
     button->setIconSize(QSize(32, 32));
     button->setFixedSize(40, 40);
     button->setToolTip(toolTip);
+    // A button with only a picture is named by its tool tip.
+    button->setAccessibleName(toolTip);
     return button;
 }
 

@@ -181,11 +181,9 @@ QGroupBox* QRTZEBCore::createOptionsBox()
     geometryOnlyBox = fixedToHint(new QCheckBox("Rigid-Only ZEB", box));
     grid->addWidget(geometryOnlyBox, 11, 1);
 
-    scriptPB = new QPushButton(box);
-    scriptPB->setIcon(QIcon(pictures::scriptButton()));
-    scriptPB->setIconSize(QSize(32, 32));
-    scriptPB->setFixedSize(40, 40);
-    scriptPB->setToolTip("Generate a \"zebscript.dat\" file with the ZEB write options.");
+    scriptPB =
+        pictures::pictureButton(box, pictures::scriptButton(),
+                                "Generate a \"zebscript.dat\" file with the ZEB write options.");
     grid->addWidget(scriptPB, 12, 3);
     return box;
 }
@@ -276,9 +274,11 @@ void QRTZEBCore::createManualPage()
     auto* layout = boxLayout(QBoxLayout::TopToBottom, manualPage, 12, 2);
     layout->addStretch(1);
     const QFont heading = headingFont();
-    layout->addWidget(label("Apply Sketch File:", manualPage, &heading), 4, Qt::AlignLeft);
+    QLabel* sketchLabel = label("Apply Sketch File:", manualPage, &heading);
+    layout->addWidget(sketchLabel, 4, Qt::AlignLeft);
 
     sketchCombo = new QMFileLineEdit(manualPage, "sketchCombo", QMFileLineEdit::FileMode);
+    sketchLabel->setBuddy(sketchCombo); // names the field for screen readers
     sketchCombo->filter = "All Files (*)";
     sketchCombo->setFixedSize(200, 25);
     layout->addWidget(sketchCombo, 4, Qt::AlignLeft);
@@ -303,9 +303,14 @@ void QRTZEBCore::createManualPage()
 
 void QRTZEBCore::connectControls()
 {
-    connect(geometryOnlyBox, &QCheckBox::clicked, this, &QRTZEBCore::toggleGeometryOnlyBox);
+    // toggled, not clicked: a box changed by the keyboard or by an assistive
+    // tool acts as one changed by the mouse.
+    connect(geometryOnlyBox, &QCheckBox::toggled, this, &QRTZEBCore::toggleGeometryOnlyBox);
     connect(scriptPB, &QPushButton::clicked, this, &QRTZEBCore::genScript);
-    connect(coarsenBox, &QCheckBox::clicked, this, &QRTZEBCore::toggleCoarsenBox);
+    connect(coarsenBox, &QCheckBox::toggled, this, [this](bool on) {
+        if (on != coarsenOn) // not when the box is set to match the flag
+            toggleCoarsenBox();
+    });
     connect(meshResSL, &QSlider::valueChanged, this, &QRTZEBCore::convertMeshSliderInt);
     connect(this, &QRTZEBCore::setMeshLblVal, meshLbl, &QLabel::setText);
     connect(faceSmoothSL, &QSlider::valueChanged, this, &QRTZEBCore::convertFaceSliderInt);

@@ -23,12 +23,8 @@ QRTZEBLator::QRTZEBLator(QWidget* parent, const char* name) : QWidget(parent)
     layout->addLayout(inputRow, 4);
 
     inputRow->addStretch(1);
-    inputRow->addWidget(filerow::label("QRT Input File:", this), 10);
-
-    inputFile = new QMFileLineEdit(this, "input", QMFileLineEdit::FileMode);
+    inputFile = filerow::addFileField(inputRow, this, "QRT Input File:", "input");
     inputFile->filter = "All QRT files (*.out)";
-    inputFile->setFixedSize(200, 25);
-    inputRow->addWidget(inputFile, 10);
     inputRow->addStretch(10);
 
     translatePB = pictures::runPushButton(this, "Begin Translatiion");

@@ -2,6 +2,7 @@
 
 #include "app_qmfilelineedit.h"
 #include "bodyindexfield.h"
+#include "browserwindow.h"
 #include "filerow.h"
 #include "messagebox.h"
 #include "pictures.h"
@@ -179,6 +180,8 @@ QGroupBox* ZEBBrowser::createGroup(QWidget* parent, const char* title, int first
 {
     auto* group = new QGroupBox(title, parent);
     group->setObjectName(title);
+    // Named by its own title: unnamed, it would take the outer frame's.
+    group->setAccessibleName(title);
     group->setAlignment(Qt::AlignHCenter);
     auto* column = new QVBoxLayout(group);
     column->setContentsMargins(filerow::frameMargins());
@@ -211,6 +214,7 @@ void ZEBBrowser::createInvariantList(QGroupBox* group)
     invariantList->setFrameStyle(QFrame::Panel | QFrame::Sunken);
     invariantList->setLineWidth(1);
     invariantList->setToolTip("Blocks #19 - 26");
+    invariantList->setAccessibleName("Invariants");
     for (int key = boxCount; key < blockCount; ++key) {
         auto* item = new QTreeWidgetItem(invariantList, {blockName(key)});
         item->setFlags(item->flags() | Qt::ItemIsUserCheckable);
@@ -285,22 +289,10 @@ bool ZEBBrowser::eventFilter(QObject* watched, QEvent* event)
     return bodyIndex->filterEvent(watched, event) || QWidget::eventFilter(watched, event);
 }
 
-// A window of its own, owned by nobody: it deletes itself when closed.
 QWidget* ZEBBrowser::createBrowserWindow(QTabWidget*& tabs)
 {
-    auto* window = new QWidget(nullptr);
-    window->setObjectName("browser");
-    window->setAttribute(Qt::WA_DeleteOnClose);
-    auto* grid = new QGridLayout(window);
-    grid->setContentsMargins(4, 4, 4, 4);
-    tabs = new QTabWidget(window);
-    tabs->setObjectName("tabwidget");
-    grid->addWidget(tabs, 0, 0, 1, 2);
-    grid->setColumnStretch(0, 1);
-    auto* close = new QPushButton("Close", window);
-    close->setObjectName("close_btn");
-    grid->addWidget(close, 1, 1);
-    connect(close, &QPushButton::clicked, window, &QWidget::close);
+    auto* window = new BrowserWindow;
+    tabs = window->tabs();
     return window;
 }
 
@@ -325,6 +317,7 @@ void ZEBBrowser::generate(bool browse)
         }
         if (browse) {
             auto* page = new QWidget(tabs);
+            page->setAccessibleName(blockName(key)); // names its view too
             tabs->addTab(page, blockName(key));
             report.showBlock(page, block);
         }

@@ -131,11 +131,8 @@ QBoxLayout* ZEBMTXLator::createFileRow()
     indexMenu = bodyIndex->menu();
     row->addStretch(10);
 
-    row->addWidget(filerow::label("Matrix Output File:", this), 10);
-    outputLE = new QMFileLineEdit(this, "outputLE", QMFileLineEdit::FileMode);
-    outputLE->setFixedSize(200, 25);
+    outputLE = filerow::addFileField(row, this, "Matrix Output File:", "outputLE");
     outputLE->filter = "All Matrix files (*.mtx)";
-    row->addWidget(outputLE, 10);
     row->addStretch(1);
 
     translatePB = pictures::runPushButton(this, "Begin Translation");

@@ -6,6 +6,7 @@
 #include "dialoganswerer.h"
 
 #include <QAccessible>
+#include <QApplication>
 #include <QBuffer>
 #include <QCheckBox>
 #include <QClipboard>
@@ -63,6 +64,7 @@ private slots:
     void interact_data();
     void interact();
     void endAndPages();
+    void findBarAtWindowSize();
     void accessible();
 };
 
@@ -197,7 +199,7 @@ void TestBlockView::interact()
         for (const QString& key : steps[2].split(','))
             key == "case" ? QTest::mouseClick(page.view.findChild<QCheckBox*>(), Qt::LeftButton)
                           : QTest::keySequence(edit, QKeySequence(key));
-        QCOMPARE(page.view.findChild<QLabel*>("find status")->text(), steps[5]);
+        QCOMPARE(page.view.findChild<QLabel*>("find status")->toolTip(), steps[5]);
         QTest::keyClick(edit, Qt::Key_Escape);
         QVERIFY(!edit->isVisible() && page.view.hasFocus());
     }
@@ -217,14 +219,61 @@ void TestBlockView::endAndPages()
     Page page(content + QString(300, 'w'));
     QScrollBar* vertical = page.view.verticalScrollBar();
     QVERIFY(page.view.horizontalScrollBar()->maximum() > 0); // no wrapping
-    page.keys("End"); // alone it goes to the bottom, as Ctrl+End does
+    page.keys("End"); // alone it goes to the bottom, at the first column
     QCOMPARE(vertical->value(), vertical->maximum());
+    QCOMPARE(page.view.horizontalScrollBar()->value(), 0);
     const QRect inSight = page.view.viewport()->rect();
     QVERIFY(inSight.contains(page.view.lineRect(499)) && inSight.contains(page.view.cursorRect()));
     page.keys("Ctrl+Home,PgDown,PgDown");
     const int step = vertical->pageStep();
     QCOMPARE(vertical->value(), 2 * step);
     QCOMPARE(page.text->cursorPosition(), 2 * step * 5);
+    // Lines and pages scroll at once, the caret following; Space pages too.
+    const struct {
+        QString keys;
+        int top, line;
+    } steps[] = {{"Ctrl+Home,Down", 1, 1},
+                 {"Space", 1 + step, 1 + step},
+                 {"Up", step, step},
+                 {"Shift+Space", 0, 0}};
+    for (const auto& s : steps) {
+        page.keys(s.keys);
+        QCOMPARE(vertical->value(), s.top);
+        QCOMPARE(page.text->cursorPosition(), s.line * 5);
+    }
+}
+
+// In a window of the browser's size the field keeps room to type and the
+// status gives way, whole in its tool tip; the bar speaks the interface's
+// font and its close control does not pass for the window's "Close".
+void TestBlockView::findBarAtWindowSize()
+{
+    QWidget window;
+    auto* view = new BlockView(&window);
+    QFont fixed("Courier", 10);
+    fixed.setStyleHint(QFont::TypeWriter);
+    view->setFont(fixed);
+    view->setBlockText(BlockText::fromString("alpha\nbeta\n"));
+    view->setGeometry(10, 30, 580, 230); // a page inside 600 by 300
+    window.resize(600, 300);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    view->setFocus();
+    QTest::keySequence(view, QKeySequence("Ctrl+End"));
+    QTest::keySequence(view, QKeySequence::Find);
+    auto* edit = view->findChild<QLineEdit*>("find text");
+    edit->insert("alpha");
+    QTest::keyClick(edit, Qt::Key_Return);
+    QWidget* bar = view->findChild<QWidget*>("find bar");
+    auto* status = view->findChild<QLabel*>("find status");
+    auto* close = view->findChild<QWidget*>("close find bar");
+    QCOMPARE(status->toolTip(), "Continued from the start");
+    QVERIFY(status->text() == status->toolTip() || status->text().endsWith(QChar(0x2026)));
+    QVERIFY(edit->width() >= 15 * edit->fontMetrics().averageCharWidth());
+    QVERIFY(bar->rect().contains(status->geometry()) && bar->rect().contains(close->geometry()));
+    QCOMPARE(bar->font().family(), QApplication::font().family());
+    QCOMPARE(QAccessible::queryAccessibleInterface(close)->text(QAccessible::Name),
+             "Close the find bar (Escape)");
 }
 
 void TestBlockView::accessible()
