@@ -1,3 +1,4 @@
+#include "startoptions.h"
 #include "tamsel.h"
 
 #include <QApplication>
@@ -5,10 +6,15 @@
 
 int main(int argc, char** argv)
 {
+    const int answered = startoptions::answerInformation(argc, argv);
+    if (answered >= 0)
+        return answered;
+    const bool ownStyle = !startoptions::styleRequested(argc, argv);
     QApplication app(argc, argv);
     // Ties the windows to the installed desktop entry and its icon (the
     // Wayland app id, the task bar's grouping).
     QGuiApplication::setDesktopFileName("org.tamsel.Tamsel");
-    QApplication::setStyle(QStyleFactory::create("Windows"));
+    if (ownStyle)
+        QApplication::setStyle(QStyleFactory::create("Windows"));
     return Tamsel::runProgram();
 }

@@ -1,0 +1,79 @@
+#include "startoptions.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+
+#include <cstdio>
+#include <cstring>
+
+#ifndef TAMSEL_VERSION
+#define TAMSEL_VERSION "0"
+#endif
+
+namespace startoptions
+{
+
+namespace
+{
+
+bool isOneOf(const char* argument, std::initializer_list<const char*> names)
+{
+    for (const char* name : names)
+        if (std::strcmp(argument, name) == 0)
+            return true;
+    return false;
+}
+
+bool startsWith(const char* argument, const char* prefix)
+{
+    return std::strncmp(argument, prefix, std::strlen(prefix)) == 0;
+}
+
+const char* const description =
+    "Front end for the ZEB2MTX and QRT2ZEB flexible body translators.\n"
+    "\n"
+    "The environment is its configuration:\n"
+    "  OKT_ZEB2MTX      path of the ZEB2MTX translator (required)\n"
+    "  OKT_QRT2ZEB      path of the QRT2ZEB translator (required)\n"
+    "  QRT_ONDREL_NAME  the window title\n"
+    "  TAMSEL_TERMINAL  the terminal a translator runs in, as a command prefix;\n"
+    "                   \"none\": Tamsel's own standard streams\n"
+    "Results, reports, runtamsel.bat and zebscript.dat land in the working\n"
+    "directory. Qt's own options, such as -style NAME, are accepted too.";
+
+} // namespace
+
+int answerInformation(int argc, char** argv)
+{
+    bool asked = false;
+    for (int i = 1; i < argc && !asked; ++i)
+        asked = isOneOf(argv[i], {"-h", "--help", "-?", "--help-all", "-v", "--version"});
+    if (!asked)
+        return -1;
+    QCoreApplication app(argc, argv);
+    QCoreApplication::setApplicationName("tamsel");
+    QCoreApplication::setApplicationVersion(TAMSEL_VERSION);
+    QCommandLineParser parser;
+    parser.setApplicationDescription(description);
+    const QCommandLineOption help = parser.addHelpOption();
+    const QCommandLineOption version = parser.addVersionOption();
+    parser.parse(QCoreApplication::arguments()); // unknown options are Qt's
+    const QString text = parser.isSet(version) && !parser.isSet(help)
+                             ? QString("tamsel %1\n").arg(TAMSEL_VERSION)
+                             : parser.helpText();
+    std::fputs(text.toLocal8Bit().constData(), stdout);
+    return std::fflush(stdout) == 0 ? 0 : 1;
+}
+
+bool styleRequested(int argc, char** argv)
+{
+    if (!qEnvironmentVariableIsEmpty("QT_STYLE_OVERRIDE"))
+        return true;
+    for (int i = 1; i < argc; ++i)
+        if (isOneOf(argv[i], {"-style", "--style"}) || startsWith(argv[i], "-style=") ||
+            startsWith(argv[i], "--style="))
+            return true;
+    return false;
+}
+
+} // namespace startoptions
