@@ -2,12 +2,21 @@
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QDir>
+#include <QFile>
 
 #include <cstdio>
 #include <cstring>
 
+#include <cerrno>
+#include <unistd.h>
+#include <vector>
+
 #ifndef TAMSEL_VERSION
 #define TAMSEL_VERSION "0"
+#endif
+#ifndef TAMSEL_TRY_RELATIVE
+#define TAMSEL_TRY_RELATIVE "../libexec/tamsel/try-standins"
 #endif
 
 namespace startoptions
@@ -39,7 +48,9 @@ const char* const description =
     "  TAMSEL_TERMINAL  the terminal a translator runs in, as a command prefix;\n"
     "                   \"none\": Tamsel's own standard streams\n"
     "Results, reports, runtamsel.bat and zebscript.dat land in the working\n"
-    "directory. Qt's own options, such as -style NAME, are accepted too.";
+    "directory. Qt's own options, such as -style NAME, are accepted too.\n"
+    "\n"
+    "  --try-standins   start on the stand-in translators in a copy of the samples";
 
 } // namespace
 
@@ -63,6 +74,24 @@ int answerInformation(int argc, char** argv)
                              : parser.helpText();
     std::fputs(text.toLocal8Bit().constData(), stdout);
     return std::fflush(stdout) == 0 ? 0 : 1;
+}
+
+int tryStandins(int argc, char** argv)
+{
+    if (argc < 2 || std::strcmp(argv[1], "--try-standins") != 0)
+        return -1;
+    QByteArray script;
+    {
+        QCoreApplication app(argc, argv);
+        script = QFile::encodeName(
+            QDir::cleanPath(QCoreApplication::applicationDirPath() + "/" TAMSEL_TRY_RELATIVE));
+    }
+    std::vector<char*> arguments{script.data()};
+    arguments.insert(arguments.end(), argv + 2, argv + argc);
+    arguments.push_back(nullptr);
+    ::execv(script.constData(), arguments.data());
+    std::fprintf(stderr, "tamsel: cannot start %s: %s\n", script.constData(), std::strerror(errno));
+    return 127;
 }
 
 bool styleRequested(int argc, char** argv)

@@ -6,6 +6,9 @@
 
 int main(int argc, char** argv)
 {
+    const int tried = startoptions::tryStandins(argc, argv);
+    if (tried >= 0)
+        return tried;
     const int answered = startoptions::answerInformation(argc, argv);
     if (answered >= 0)
         return answered;
