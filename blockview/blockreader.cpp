@@ -1,6 +1,9 @@
 #include "blockreader.h"
 
+#include <QFile>
 #include <QIODevice>
+
+#include <algorithm>
 
 #include <cstring>
 #include <limits>
@@ -17,20 +20,38 @@ bool startsWithBom(const char* data, qsizetype size)
     return size >= 3 && std::memcmp(data, "\xEF\xBB\xBF", 3) == 0;
 }
 
-// Moves the unfinished line to the front of the buffer and reads behind it.
-qint64 fill(QIODevice& device, QByteArray& buffer, qsizetype& begin, qsizetype& end)
+// What fill() says of a line that will not fit in the largest buffer.
+constexpr qint64 lineTooLong = -2;
+
+// Moves the unfinished line to the front of the buffer and reads behind it,
+// growing the buffer for a line longer than it but never past most.
+qint64 fill(QIODevice& device, QByteArray& buffer, qsizetype& begin, qsizetype& end, qint64 most)
 {
     if (begin > 0) {
         std::memmove(buffer.data(), buffer.constData() + begin, size_t(end - begin));
         end -= begin;
         begin = 0;
     }
-    if (end == buffer.size())
-        buffer.resize(buffer.size() * 2); // a line longer than the buffer
+    if (end == buffer.size()) {
+        if (buffer.size() >= most)
+            return lineTooLong;
+        buffer.resize(qsizetype(std::min<qint64>(most, qint64(buffer.size()) * 2)));
+    }
     const qint64 got = device.read(buffer.data() + end, buffer.size() - end);
     if (got > 0)
         end += got;
     return got;
+}
+
+// A NUL would cut the text short for whatever reads it as a C string, such
+// as a screen reader: it is shown as U+FFFD.
+QByteArray withoutNul(const char* data, qsizetype size)
+{
+    QByteArray line;
+    line.reserve(size + 16);
+    for (qsizetype i = 0; i < size; ++i)
+        data[i] ? line.append(data[i]) : line.append("\xEF\xBF\xBD", 3);
+    return line;
 }
 
 } // namespace
@@ -47,19 +68,27 @@ BlockText BlockReader::read(QIODevice& device, qint64 sizeHint)
     hint = sizeHint;
     skippedCount = 0;
     counted = 0;
+    cut = false;
     // The kept lines are never longer than the file, so one reservation
-    // holds them all and the store never moves.
+    // holds them all and the store never moves; a little more leaves room
+    // for a note in front.
     if (sizeHint > 0)
-        text.reserve(sizeHint);
+        text.reserve(qsizetype(std::min(sizeHint, limit / 2) + 256));
 
     QByteArray buffer(chunkSize, Qt::Uninitialized);
     qsizetype begin = 0;
     qsizetype end = 0;
+    qint64 bytesRead = 0;
     bool atStart = true;
     bool stopped = false;
     while (!stopped) {
-        const qint64 got = fill(device, buffer, begin, end);
+        const qint64 got = fill(device, buffer, begin, end, std::max<qint64>(chunkSize, limit / 4));
+        bytesRead += std::max<qint64>(got, 0);
+        cut = cut || got == lineTooLong;
         const bool done = got <= 0;
+        // A line without an end in a whole buffer: ask about stopping here.
+        if (!done && end - begin == buffer.size() && progress && !progress(qMin(bytesRead, hint)))
+            break;
         if (atStart && (end >= 3 || done)) {
             atStart = false;
             if (startsWithBom(buffer.constData(), end))
@@ -70,8 +99,11 @@ BlockText BlockReader::read(QIODevice& device, qint64 sizeHint)
         if (done)
             break;
     }
-    if (!stopped && end > begin)
-        take(buffer.constData() + begin, end - begin);
+    if (!stopped && end > begin) {
+        // The last line's carriage return goes too, as for every other line.
+        const bool cr = buffer.at(end - 1) == '\r';
+        take(buffer.constData() + begin, end - begin - (cr ? 1 : 0));
+    }
     finish();
     return std::move(text);
 }
@@ -98,8 +130,18 @@ bool BlockReader::take(const char* data, qsizetype size)
         return true;
     }
     ++counted;
-    if (size > 0)
-        text.appendLine(data, size);
+    if (size > 0) {
+        const bool nul = std::memchr(data, '\0', size_t(size));
+        const qsizetype kept = room(data, size, nul ? 3 : 1);
+        if (kept > 0 && nul) {
+            const QByteArray shown = withoutNul(data, kept);
+            text.appendLine(shown.constData(), shown.size());
+        } else if (kept > 0) {
+            text.appendLine(data, kept);
+        }
+        if (cut)
+            return false;
+    }
     if (counted % 1000 != 0 || !progress)
         return true;
     const qint64 characters = QString::fromUtf8(data, size).size();
@@ -107,6 +149,34 @@ bool BlockReader::take(const char* data, qsizetype size)
     if (qMulOverflow(characters, counted, &estimate))
         estimate = std::numeric_limits<qint64>::max();
     return progress(qMin(estimate, hint));
+}
+
+// How much of a line of size bytes, each taking up to cost bytes, fits
+// under the limit: all of it, or the longest start of it that does (halving
+// down to it, then back to a character's start), and then the reading is
+// cut.
+qsizetype BlockReader::room(const char* data, qsizetype size, int cost)
+{
+    if (text.memoryUseAfter(size * cost) <= limit)
+        return size;
+    cut = true;
+    qsizetype kept = size;
+    while (kept > 0 && text.memoryUseAfter(kept * cost) > limit)
+        kept /= 2;
+    while (kept > 0 && (data[kept] & 0xC0) == 0x80) // inside a UTF-8 sequence
+        --kept;
+    return kept;
+}
+
+qint64 BlockReader::pageMemoryLimit()
+{
+    qint64 available = 0;
+    QFile meminfo("/proc/meminfo");
+    if (meminfo.open(QIODevice::ReadOnly))
+        for (const QByteArray& line : meminfo.readAll().split('\n'))
+            if (line.startsWith("MemAvailable:"))
+                available = line.mid(13).trimmed().split(' ').value(0).toLongLong() * 1024;
+    return std::clamp(available / 2, pageMemoryFloor, pageMemoryCeiling);
 }
 
 void BlockReader::finish()

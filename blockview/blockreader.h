@@ -3,6 +3,7 @@
 #include "blocktext.h"
 
 #include <functional>
+#include <limits>
 
 class QIODevice;
 
@@ -25,8 +26,20 @@ public:
 
     // Reads to the end of the device, or until the progress callback says
     // stop. The estimate is the length of the line just read times the
-    // number of lines read, capped at sizeHint (the file's size).
+    // number of lines read, capped at sizeHint (the file's size); while a
+    // line goes on without an end, the bytes read so far are told instead,
+    // so that a stop is heard there too.
     BlockText read(QIODevice& device, qint64 sizeHint);
+
+    // The most memory the text may take; the reading stops before it would
+    // take more, and truncated() says so.
+    void setMemoryLimit(qint64 bytes) { limit = bytes; }
+    bool truncated() const { return cut; }
+    // What one page may hold: half the memory the system has to spare,
+    // within a floor and a ceiling.
+    static qint64 pageMemoryLimit();
+    static constexpr qint64 pageMemoryFloor = qint64(64) << 20;
+    static constexpr qint64 pageMemoryCeiling = qint64(16) << 30;
 
 private:
     // Takes the whole lines in data from begin to end and moves begin
@@ -34,6 +47,7 @@ private:
     bool takeLines(const char* data, qsizetype& begin, qsizetype end);
     // Takes one line without its line end; false stops the reading.
     bool take(const char* data, qsizetype size);
+    qsizetype room(const char* data, qsizetype size, int cost);
     void finish();
 
     int headerLines;
@@ -44,4 +58,6 @@ private:
     qint64 hint = 0;
     qint64 skippedCount = 0;
     qint64 counted = 0;
+    qint64 limit = std::numeric_limits<qint64>::max();
+    bool cut = false;
 };

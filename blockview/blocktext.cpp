@@ -34,6 +34,42 @@ void BlockText::appendLine(const char* data, qsizetype size)
         offsets.clear();
 }
 
+void BlockText::prependLine(QByteArrayView line)
+{
+    // In place, with no more room than it needs: this comes when memory is
+    // short (QByteArray::prepend would allocate anew, with room to spare).
+    const qsizetype old = bytes.size();
+    if (bytes.capacity() < old + line.size())
+        bytes.reserve(old + line.size());
+    if (ends.capacity() == ends.size())
+        ends.reserve(ends.size() + 1);
+    bytes.resize(old + line.size());
+    std::memmove(bytes.data() + line.size(), bytes.constData(), size_t(old));
+    std::memcpy(bytes.data(), line.data(), size_t(line.size()));
+    for (qint64& end : ends)
+        end += line.size();
+    ends.insert(ends.begin(), line.size());
+    if (longest >= 0 && line.size() <= lineView(longest + 1).size())
+        ++longest;
+    else
+        longest = 0;
+    offsets.clear();
+}
+
+qint64 BlockText::memoryUse() const
+{
+    return bytes.capacity() + qint64(ends.capacity() * sizeof(qint64));
+}
+
+qint64 BlockText::memoryUseAfter(qsizetype lineBytes) const
+{
+    const qint64 needed = qint64(bytes.size()) + lineBytes;
+    const qint64 store = needed <= bytes.capacity() ? bytes.capacity() : 2 * needed;
+    const qint64 lines =
+        ends.size() < ends.capacity() ? qint64(ends.capacity()) : 2 * qint64(ends.size()) + 1;
+    return store + lines * qint64(sizeof(qint64));
+}
+
 qsizetype BlockText::lineCount() const
 {
     return qsizetype(ends.size());

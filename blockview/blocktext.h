@@ -21,6 +21,13 @@ public:
     void reserve(qsizetype bytes);
     // One line, without its line end.
     void appendLine(const char* data, qsizetype size);
+    // A line put before all others (a note about the text); moves them all.
+    void prependLine(QByteArrayView line);
+    // What the text holds in memory, its bytes and its index together, now
+    // and once a line of so many bytes is appended (counting the growth of
+    // a full store).
+    qint64 memoryUse() const;
+    qint64 memoryUseAfter(qsizetype lineBytes) const;
 
     qsizetype lineCount() const;
     qsizetype byteCount() const;

@@ -21,4 +21,10 @@ bool readFile(const std::string& path, std::size_t max, std::string& bytes, std:
 // deleted is set) or cannot be named any more.
 std::string workingDirectory(bool* deleted = nullptr);
 
+// Opens an ordinary file for reading, never a FIFO, a device or a directory
+// (a link is followed to what it names): the descriptor, or with the reason
+// -1 when it cannot be opened and -2 when it is no ordinary file. The open
+// itself never waits for a writer.
+int openRegularFile(const std::string& path, std::string& reason);
+
 } // namespace platform

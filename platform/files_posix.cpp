@@ -128,4 +128,22 @@ std::string workingDirectory(bool* deleted)
     return pwd ? pwd : "";
 }
 
+int openRegularFile(const std::string& path, std::string& reason)
+{
+    const int fd = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
+    if (fd < 0) {
+        reason = std::strerror(errno);
+        return -1;
+    }
+    struct stat st;
+    if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode)) {
+        reason = S_ISDIR(st.st_mode) ? "is a directory" : "not an ordinary file";
+        ::close(fd);
+        return -2;
+    }
+    // Reads of an ordinary file block as usual.
+    ::fcntl(fd, F_SETFL, ::fcntl(fd, F_GETFL) & ~O_NONBLOCK);
+    return fd;
+}
+
 } // namespace platform

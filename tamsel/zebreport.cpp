@@ -4,6 +4,7 @@
 #include "blockreader.h"
 #include "blockview.h"
 #include "platform/commandline.h"
+#include "platform/files.h"
 #include "queuedinputdropper.h"
 
 #include <QDir>
@@ -19,6 +20,7 @@
 std::function<QDateTime()> ZEBReport::clock = [] { return QDateTime::currentDateTime(); };
 std::function<int(const std::string&)> ZEBReport::runTool = platform::runCommandLine;
 std::function<void(QProgressDialog&)> ZEBReport::progressDialogMade;
+qint64 ZEBReport::pageMemoryLimit = 0;
 
 namespace
 {
@@ -56,6 +58,17 @@ void putView(QWidget* page, const char* name, BlockText text)
     auto* grid = new QGridLayout(page);
     grid->addWidget(view, 0, 0);
     page->adjustSize();
+}
+
+// The first line of a page that holds only the start of its report.
+QByteArray tooLargeNote(qint64 limit)
+{
+    const QByteArray note = QString("[Only the start of this report is shown: the whole would take "
+                                    "more than the %1 MiB one page may hold here.]")
+                                .arg(limit >> 20)
+                                .toUtf8();
+    say(note);
+    return note;
 }
 
 int headerLinesOf(int block)
@@ -142,8 +155,19 @@ bool ZEBReport::showBlock(QWidget* page, int block)
                 BlockText::fromString("This Block could not be parsed or is empty."));
         return true;
     }
-    QFile file(reportFile);
-    if (!file.open(QIODevice::ReadOnly))
+    // Only an ordinary file: a FIFO would hang the read, a device or a link
+    // to one would never end.
+    std::string reason;
+    const int fd = platform::openRegularFile(QFile::encodeName(reportFile).toStdString(), reason);
+    if (fd < 0)
+        std::fprintf(stderr, "%s: %s\n", qPrintable(reportFile), reason.c_str());
+    if (fd == -2) {
+        putView(page, "error parsing block message",
+                BlockText::fromString("This Block could not be parsed or is empty."));
+        return true;
+    }
+    QFile file;
+    if (fd < 0 || !file.open(fd, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
         return false;
     const qint64 size = file.size();
     const int total = int(qMin<qint64>(size, INT_MAX));
@@ -161,7 +185,11 @@ bool ZEBReport::showBlock(QWidget* page, int block)
             return !progress.wasCanceled();
         },
         [](const QByteArray& line) { say("skipping: " + line); });
+    const qint64 limit = pageMemoryLimit > 0 ? pageMemoryLimit : BlockReader::pageMemoryLimit();
+    reader.setMemoryLimit(limit);
     BlockText text = reader.read(file, size);
+    if (reader.truncated())
+        text.prependLine(tooLargeNote(limit));
     if (text.lineCount() == 0)
         text = BlockText::fromString("This block is empty.");
     putView(page, "text viewer", std::move(text));

@@ -50,6 +50,8 @@ public:
     static std::function<int(const std::string&)> runTool;
     // Called with each progress dialog before the reading starts.
     static std::function<void(QProgressDialog&)> progressDialogMade;
+    // The most memory one page may take; 0: as much as the system can spare.
+    static qint64 pageMemoryLimit;
 
 private:
     QString base() const;

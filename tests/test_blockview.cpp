@@ -77,8 +77,10 @@ void TestBlockView::reader_data()
     QTest::addColumn<L>("skipped");
     QTest::newRow("LF") << QByteArray("h\na\nb\n") << 1 << L{"a", "b"} << L{"h"};
     QTest::newRow("CRLF") << QByteArray("h\r\na\r\nb\r\n") << 1 << L{"a", "b"} << L{"h"};
-    QTest::newRow("lone CR, no last end")
-        << QByteArray("a\rb\nc\r\r\nd\r") << 0 << L{"a\rb", "c\r", "d\r"} << L{};
+    QTest::newRow("lone CR, no last end") // the last line's CR goes as a CRLF's would
+        << QByteArray("a\rb\nc\r\r\nd\r") << 0 << L{"a\rb", "c\r", "d"} << L{};
+    QTest::newRow("NUL shown, not cut") << QByteArray("a\0b\n\0", 5) << 0
+                                        << L{"a\xEF\xBF\xBD" "b", "\xEF\xBF\xBD"} << L{};
     QTest::newRow("empty dropped, blanks kept")
         << QByteArray("h\n\na\r\n\r\n  \n\n b \n") << 1 << L{"a", "  ", " b "} << L{"h"};
     QTest::newRow("short header") << QByteArray("h1\r\nh2") << 4 << L{} << L{"h1", "h2", "", ""};
