@@ -99,6 +99,7 @@ bool ZEBReport::commandRefused() const
 
 bool ZEBReport::run(unsigned int block)
 {
+    notWritten = "not run";
     if (block > lastBlock)
         return false;
     const TranslatorCommand line = command(block, reportFile);
