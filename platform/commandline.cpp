@@ -115,10 +115,14 @@ bool quoteArgument(const std::string& arg, std::string& quoted)
     return true;
 }
 
-bool fitsAsProgram(const std::string& program)
+bool quoteProgram(const std::string& program, std::string& quoted)
 {
-    return !program.empty() &&
-           program.find_first_of(std::string(" \t\"\r\n\0", 6)) == std::string::npos;
+    if (program.empty() || program.find_first_of(std::string("\"\r\n\0", 4)) != std::string::npos)
+        return false;
+    // Quoted only when it must be, so that ordinary lines stay as they were.
+    const bool blank = program.find_first_of(" \t") != std::string::npos;
+    quoted = blank ? '"' + program + '"' : program;
+    return true;
 }
 
 bool isBatchFileName(const std::string& program)

@@ -17,9 +17,12 @@ std::vector<std::string> splitCommandLine(const std::string& line);
 // written, when no line can carry it (a NUL, a carriage return, a line feed).
 bool quoteArgument(const std::string& arg, std::string& quoted);
 
-// Whether a program name can stand unquoted at the head of a command line
-// and come back whole: not empty, no blank, tab, quote or line break.
-bool fitsAsProgram(const std::string& program);
+// Encodes a program name for the head of a command line: as it stands, or
+// in double quotes when it holds a blank or a tab ("C:\Program Files\x").
+// The head takes backslashes literally and no quote inside, so False, with
+// nothing written, for an empty name and one with a quote, a carriage
+// return, a line feed or a NUL.
+bool quoteProgram(const std::string& program, std::string& quoted);
 
 // The file that runCommandLine starts for a program name: a name with a
 // slash as it stands (relative to the working directory), any other the

@@ -2,11 +2,13 @@
 #include "platform/commandline.h"
 #include "platform/console.h"
 #include "platform/files.h"
+#include "platform/signals.h"
 
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <fcntl.h>
 #include <fstream>
 #include <spawn.h>
@@ -71,7 +73,8 @@ int spawnAndWait(std::vector<std::string> args)
     argv.push_back(nullptr);
     std::fflush(stdout);
     pid_t pid = 0;
-    if (::posix_spawnp(&pid, argv[0], nullptr, nullptr, argv.data(), environ) != 0)
+    const ChildSignals defaults;
+    if (::posix_spawnp(&pid, argv[0], nullptr, defaults.attributes(), argv.data(), environ) != 0)
         return -1;
     int status = 0;
     while (::waitpid(pid, &status, 0) < 0) {
@@ -97,12 +100,36 @@ bool consoleStatus(const std::string& statusFile, int terminalStatus, int& statu
     return true;
 }
 
+// What a console run leaves in its private directory.
+const char* const ownFiles[] = {"status", "status.started", "status.started.tmp", "runtamsel.bat",
+                                nullptr};
+
 void removeTree(const std::string& dir, const std::string& statusFile)
 {
     for (const char* suffix : {"", ".started", ".started.tmp"})
         ::unlink((statusFile + suffix).c_str());
     ::unlink((dir + "/runtamsel.bat").c_str());
     ::rmdir(dir.c_str());
+}
+
+// A directory for this user alone (mkdtemp), in TMPDIR or else /tmp; an
+// unusable TMPDIR is named, not passed over in silence. Empty when neither
+// works.
+std::string privateDirectory()
+{
+    const char* tmp = std::getenv("TMPDIR");
+    std::vector<std::string> places;
+    if (tmp && *tmp)
+        places.push_back(tmp);
+    places.push_back("/tmp");
+    for (const std::string& place : places) {
+        std::string dir = place + "/tamsel-XXXXXX";
+        if (::mkdtemp(dir.data()))
+            return dir;
+        std::fprintf(stderr, "cannot make a directory in %s%s: %s\n", place.c_str(),
+                     place == "/tmp" ? "" : " (TMPDIR)", std::strerror(errno));
+    }
+    return {};
 }
 
 } // namespace
@@ -136,15 +163,18 @@ int runInConsole(const std::string& batchText, const std::string& consoleProgram
         return runBatchText(batchText);
     }
 
-    // mkdtemp makes the directory for this user alone.
-    const char* tmp = std::getenv("TMPDIR");
-    std::string dir = std::string(tmp && *tmp ? tmp : "/tmp") + "/tamsel-XXXXXX";
-    if (!::mkdtemp(dir.data()))
+    const std::string dir = privateDirectory();
+    if (dir.empty()) {
+        std::fprintf(stderr, "no private directory for the console: running here\n");
         return runBatchText(batchText);
+    }
     const std::string statusFile = dir + "/status";
     const std::string batchFile = dir + "/runtamsel.bat";
+    const CleanupOnTermination cleanup(dir, ownFiles);
     std::string error;
     if (!replaceFile(batchFile, batchText, error)) {
+        std::fprintf(stderr, "cannot write %s: %s: running here\n", batchFile.c_str(),
+                     error.c_str());
         removeTree(dir, statusFile);
         return runBatchText(batchText);
     }

@@ -9,7 +9,9 @@ namespace platform
 // Replaces the file at path by bytes, whole or not at all: the bytes go into
 // a new file beside it, which takes the name only once everything has been
 // written, flushed to disk and closed. A symbolic link of that name is
-// replaced, never followed. False, with the system's reason in error ("No
+// replaced, never followed. A file the user may not write (read-only,
+// immutable) is refused as opening it would be; one that is replaced keeps
+// its mode. False, with the system's reason in error ("No
 // space left on device") and the old file as it was, otherwise.
 bool replaceFile(const std::string& path, const std::string& bytes, std::string& error);
 

@@ -55,19 +55,36 @@ int createBeside(const std::string& path, std::string& name)
     return -1;
 }
 
+// The file a name stands for must be one the user may write, as when it was
+// opened for writing: a read-only or immutable file is refused, not
+// replaced. A link is replaced, never followed, so only a file counts.
+// Its mode goes into mode, for the new file to keep.
+bool mayReplace(const std::string& path, mode_t& mode, bool& exists)
+{
+    struct stat st {
+    };
+    exists = ::lstat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode);
+    if (!exists)
+        return true;
+    mode = st.st_mode & 07777;
+    return ::faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0;
+}
+
 } // namespace
 
 bool replaceFile(const std::string& path, const std::string& bytes, std::string& error)
 {
+    mode_t mode = 0;
+    bool exists = false;
     std::string tmp;
-    const int fd = createBeside(path, tmp);
+    const int fd = mayReplace(path, mode, exists) ? createBeside(path, tmp) : -1;
     if (fd < 0) {
         error = std::strerror(errno);
         return false;
     }
     // Errors of a full disk may show only at fsync or close.
     int failure = 0;
-    if (!writeAll(fd, bytes) || ::fsync(fd) != 0)
+    if (!writeAll(fd, bytes) || (exists && ::fchmod(fd, mode) != 0) || ::fsync(fd) != 0)
         failure = errno;
     if (::close(fd) != 0 && failure == 0)
         failure = errno;

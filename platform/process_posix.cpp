@@ -1,5 +1,6 @@
 #include "platform/batchfile.h"
 #include "platform/commandline.h"
+#include "platform/signals.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -116,7 +117,9 @@ int runCommandLine(const std::string& line)
     std::fflush(stderr);
     pid_t pid = 0;
     // The very file the name was resolved to, not a second PATH search.
-    const int error = ::posix_spawn(&pid, program.c_str(), nullptr, nullptr, argv.data(), environ);
+    const ChildSignals defaults;
+    const int error =
+        ::posix_spawn(&pid, program.c_str(), nullptr, defaults.attributes(), argv.data(), environ);
     if (error != 0) {
         // Say why in the console, as a command interpreter would.
         std::fprintf(stderr, "%s: cannot be started: %s\n", argv[0], std::strerror(error));

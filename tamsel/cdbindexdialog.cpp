@@ -1,8 +1,7 @@
 #include "cdbindexdialog.h"
 
+#include "bodylistmodel.h"
 #include "dialogheading.h"
-
-#include "zeb.h"
 
 #include <QApplication>
 #include <QBoxLayout>
@@ -10,10 +9,8 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
-#include <QTreeWidget>
-#include <QTreeWidgetItemIterator>
-
-#include <cstdio>
+#include <QScreen>
+#include <QTableView>
 
 QCDBIndexDialog::QCDBIndexDialog(QWidget* parent, const char*, QString dbFile)
     : QDialog(parent), dbFile(dbFile)
@@ -25,18 +22,9 @@ QCDBIndexDialog::QCDBIndexDialog(QWidget* parent, const char*, QString dbFile)
     mainLayout->addStretch(1);
     QLabel* label = addDialogHeading(mainLayout, "Select a flexible body from the HX DB: ", this);
 
-    bodyList = new QTreeWidget(this);
-    bodyList->setLineWidth(1);
-    bodyList->setSelectionMode(QAbstractItemView::SingleSelection);
-    bodyList->setToolTip("Flexible Bodies in HX DB");
-    bodyList->setRootIsDecorated(false);
-    bodyList->setHeaderLabels({"Index", "Body Info"});
-    // The index stays text, so "10" sorts ahead of "2"; a header click
-    // sorts by its column, though no arrow says so.
-    bodyList->setSortingEnabled(true);
-    bodyList->sortByColumn(0, Qt::AscendingOrder);
-    bodyList->header()->setSortIndicatorShown(false);
-    const int count = fillList();
+    bodies = new BodyListModel(dbFile, this);
+    setUpList();
+    const qint64 count = bodies->rowCount();
     bodyList->setMinimumHeight(300);
     mainLayout->addWidget(bodyList, 10);
     mainLayout->addStretch(1);
@@ -60,52 +48,48 @@ QCDBIndexDialog::QCDBIndexDialog(QWidget* parent, const char*, QString dbFile)
     mainLayout->activate();
 
     setWindowTitle("Information");
-    resize(400, qMax(count, 0) * fh + label->height() + selectButton->height() + 200);
+    // One line per body, up to the screen's height: a window of a million
+    // lines would cost gigabytes of pixels.
+    const qint64 wanted = count * fh + label->height() + selectButton->height() + 200;
+    resize(400, int(qMin<qint64>(wanted, screen()->availableGeometry().height())));
     chosenIndex = "1";
 }
 
-// One row per body, as the library describes it; returns the body count.
-namespace
+// A plain list of rows: no grid, no row numbers, one row highlighted at a
+// time. A table view keeps nothing per row, unlike a tree view.
+void QCDBIndexDialog::setUpList()
 {
-
-// A row that sorts its text the way the user reads it.
-class BodyItem : public QTreeWidgetItem
-{
-public:
-    using QTreeWidgetItem::QTreeWidgetItem;
-    bool operator<(const QTreeWidgetItem& other) const override
-    {
-        const int column = treeWidget() ? treeWidget()->sortColumn() : 0;
-        return text(column).localeAwareCompare(other.text(column)) < 0;
-    }
-};
-
-} // namespace
-
-int QCDBIndexDialog::fillList()
-{
-    const QByteArray file = dbFile.toLocal8Bit();
-    const int count = ZEB_BodyCount(file.constData());
-    char indexText[64];
-    char info[1024];
-    for (int i = 1; i <= count; ++i) {
-        std::snprintf(indexText, sizeof indexText, "%d", i);
-        ZEB_GetBodyInfo(file.constData(), i, info);
-        info[sizeof info - 1] = '\0'; // a library that forgot the terminator
-        new BodyItem(bodyList, {QString::fromLocal8Bit(indexText), QString::fromLocal8Bit(info)});
-    }
-    for (int column = 0; column < 2; ++column)
-        bodyList->resizeColumnToContents(column);
-    return count;
+    bodyList = new QTableView(this);
+    bodyList->setModel(bodies);
+    bodyList->setLineWidth(1);
+    bodyList->setSelectionMode(QAbstractItemView::SingleSelection);
+    bodyList->setSelectionBehavior(QAbstractItemView::SelectRows);
+    bodyList->setToolTip("Flexible Bodies in HX DB");
+    bodyList->setShowGrid(false);
+    bodyList->setWordWrap(false);
+    bodyList->setTabKeyNavigation(false);
+    bodyList->verticalHeader()->hide();
+    bodyList->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    bodyList->verticalHeader()->setDefaultSectionSize(QFontMetrics(QApplication::font()).height() +
+                                                      4);
+    QHeaderView* header = bodyList->horizontalHeader();
+    header->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    header->setHighlightSections(false);
+    header->setStretchLastSection(true);
+    // The index stays text, so "10" sorts ahead of "2"; a header click
+    // sorts by its column, though no arrow says so.
+    bodyList->setSortingEnabled(true);
+    bodyList->sortByColumn(0, Qt::AscendingOrder);
+    header->setSortIndicatorShown(false);
+    // Sized to the rows in sight: the others are not made.
+    bodyList->resizeColumnsToContents();
 }
 
 void QCDBIndexDialog::processSelect()
 {
-    for (QTreeWidgetItemIterator it(bodyList); *it; ++it) {
-        if ((*it)->isSelected()) {
-            chosenIndex = (*it)->text(0);
-            done(1);
-            return;
-        }
-    }
+    const QModelIndexList rows = bodyList->selectionModel()->selectedRows();
+    if (rows.isEmpty())
+        return;
+    chosenIndex = QString::number(bodies->bodyAt(rows.first().row()));
+    done(1);
 }

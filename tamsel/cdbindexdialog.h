@@ -3,10 +3,13 @@
 #include <QDialog>
 #include <QString>
 
-class QTreeWidget;
+class BodyListModel;
+class QTableView;
 
 // Lists the bodies of an HX DB file, index and description, and gives back
 // the index of the highlighted one as text. Built anew for every choice.
+// Rows are made as they are shown, so a database of millions of bodies
+// opens as fast as one of twelve.
 class QCDBIndexDialog : public QDialog
 {
     Q_OBJECT
@@ -20,9 +23,10 @@ private slots:
     void processSelect();
 
 private:
-    int fillList();
+    void setUpList();
 
-    QTreeWidget* bodyList = nullptr;
+    QTableView* bodyList = nullptr;
+    BodyListModel* bodies = nullptr;
     QString chosenIndex;
     QString dbFile;
 };

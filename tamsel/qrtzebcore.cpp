@@ -458,12 +458,15 @@ bool QRTZEBCore::putOptions()
         return true;
     const std::size_t limit = platform::environmentEntryLimit("OKT_ZEBWRITE_OPTIONS");
     if (std::size_t(options.size()) > limit) {
+        // Only the node list or the sketch name can grow: the rest is words.
+        const char* part = tabBar->currentIndex() == 1 ? "sketch file name" : "node list";
         MessageBox::warn(
             "Write Options Too Long",
             QString("The write options are %1 bytes long, but an environment entry "
-                    "may hold at most %2 bytes.\nShorten the node list. Nothing was run.")
+                    "may hold at most %2 bytes.\nShorten the %3. Nothing was run.")
                 .arg(options.size())
-                .arg(limit));
+                .arg(limit)
+                .arg(part));
         return false;
     }
     platform::putEnv(options.toStdString());

@@ -48,19 +48,6 @@ bool fitsOnOneLine(const QString& text)
     return !text.contains('\n') && !text.contains('\r') && !text.contains(QChar(0));
 }
 
-QString workingDirectoryProblem()
-{
-    bool deleted = false;
-    const QString dir = QString::fromLocal8Bit(platform::workingDirectory(&deleted).c_str());
-    if (deleted)
-        return QString("The working directory %1 no longer exists.")
-            .arg(QDir::toNativeSeparators(dir));
-    if (!QFileInfo(dir).isWritable())
-        return QString("The working directory %1 is not writable.")
-            .arg(QDir::toNativeSeparators(dir));
-    return QString();
-}
-
 // Writes the batch file the user sees; on failure returns the reason.
 QString writeBatchFile(const QByteArray& text)
 {
@@ -76,6 +63,19 @@ QString writeBatchFile(const QByteArray& text)
 }
 
 } // namespace
+
+QString workingDirectoryProblem()
+{
+    bool deleted = false;
+    const QString dir = QString::fromLocal8Bit(platform::workingDirectory(&deleted).c_str());
+    if (deleted)
+        return QString("The working directory %1 no longer exists.")
+            .arg(QDir::toNativeSeparators(dir));
+    if (!QFileInfo(dir).isWritable())
+        return QString("The working directory %1 is not writable.")
+            .arg(QDir::toNativeSeparators(dir));
+    return QString();
+}
 
 RunResult runCommand(const QString& command, const QString& title)
 {

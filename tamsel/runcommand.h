@@ -37,3 +37,7 @@ private:
 // batch file cannot be written nothing runs, the user gets a warning naming
 // the place and the reason, and the result says NotRun.
 RunResult runCommand(const QString& command, const QString& title);
+
+// Why nothing can be written into the current directory (it was deleted, or
+// is not writable), or empty when it can.
+QString workingDirectoryProblem();

@@ -1,6 +1,8 @@
 #include "startoptions.h"
 #include "tamsel.h"
 
+#include "platform/signals.h"
+
 #include <QApplication>
 #include <QStyleFactory>
 
@@ -9,6 +11,7 @@ int main(int argc, char** argv)
     const int tried = startoptions::tryStandins(argc, argv);
     if (tried >= 0)
         return tried;
+    platform::ignoreBrokenPipe(); // "tamsel | head" must not end it
     const int answered = startoptions::answerInformation(argc, argv);
     if (answered >= 0)
         return answered;

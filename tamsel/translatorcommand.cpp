@@ -6,13 +6,18 @@
 #include <cstdlib>
 
 TranslatorCommand::TranslatorCommand(const char* variable)
-    : command(QString::fromLocal8Bit(std::getenv(variable)))
 {
-    if (!platform::fitsAsProgram(command.toLocal8Bit().toStdString()))
-        why = QString("The translator %1 (%2) cannot be started: a command line takes its "
-                      "path unquoted, so the path must not contain blanks or quotes.\n"
-                      "Set %2 to a path without them, for instance a link to the translator.")
-                  .arg(command, variable);
+    const QString program = QString::fromLocal8Bit(std::getenv(variable));
+    std::string quoted;
+    if (platform::quoteProgram(program.toLocal8Bit().toStdString(), quoted)) {
+        command = QString::fromLocal8Bit(quoted.c_str());
+        return;
+    }
+    command = program;
+    why = QString("The translator %1 (%2) cannot be started: a command line cannot carry a "
+                  "path with a quote, a line break or a NUL character.\n"
+                  "Set %2 to a path without them, for instance a link to the translator.")
+              .arg(program, variable);
 }
 
 TranslatorCommand& TranslatorCommand::file(const QString& name)

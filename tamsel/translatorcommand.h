@@ -4,8 +4,8 @@
 
 // A translator's command line, built so that every file name reaches the
 // translator as exactly one argument with exactly its bytes: the program as
-// the environment names it (unquoted, so it must hold no blank or quote),
-// then file names in double quotes and options as they stand. What cannot be
+// the environment names it (in quotes when it holds a blank), then file
+// names in double quotes and options as they stand. What cannot be
 // carried makes problem() say why instead.
 class TranslatorCommand
 {

@@ -7,6 +7,7 @@
 #include "messagebox.h"
 #include "pictures.h"
 #include "qmlistdialog.h"
+#include "runcommand.h"
 #include "zebreport.h"
 
 #include <QBoxLayout>
@@ -303,6 +304,11 @@ void ZEBBrowser::generate(bool browse)
     ZEBReport report(inputFile->text(), indexLE->text());
     if (!report.valid || report.commandRefused())
         return;
+    // Reports of a deleted directory would land in "/".
+    if (const QString problem = workingDirectoryProblem(); !problem.isEmpty()) {
+        MessageBox::warn("Unable To Run", problem + "\nNothing was run.");
+        return;
+    }
     QTabWidget* tabs = nullptr;
     QWidget* window = browse ? createBrowserWindow(tabs) : nullptr;
 

@@ -13,6 +13,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFile>
+#include <QFileInfo>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
@@ -275,7 +276,8 @@ void ZEBMTXLator::translate()
 
 bool ZEBMTXLator::outputMayBeWritten(const QString& output)
 {
-    if (!QFile::exists(output))
+    // A dangling link is a name taken too: exists() follows links.
+    if (!QFileInfo::exists(output) && !QFileInfo(output).isSymLink())
         return true;
     const QString question = tr("A file called %1 already exists.\nDo you want to overwrite it?");
     return MessageBox::information(this, "Tamsel", question.arg(output), "&Yes", "No", "", 1, -1) ==

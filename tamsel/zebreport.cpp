@@ -13,9 +13,13 @@
 #include <QGridLayout>
 #include <QProgressDialog>
 
+#include <cerrno>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <unistd.h>
 
 std::function<QDateTime()> ZEBReport::clock = [] { return QDateTime::currentDateTime(); };
 std::function<int(const std::string&)> ZEBReport::runTool = platform::runCommandLine;
@@ -108,20 +112,46 @@ bool ZEBReport::commandRefused() const
 
 bool ZEBReport::run(unsigned int block)
 {
+    notWritten = "not run";
     if (block > lastBlock)
         return false;
     const TranslatorCommand line = command(block, reportFile);
     if (!line.problem().isEmpty())
         return false;
     say("runStr " + line.line().toLocal8Bit());
+    const FileStamp before(reportFile);
     int status = runTool(line.line().toLocal8Bit().toStdString());
     QueuedInputDropper::dropPending(); // clicks given while the tool ran
     const QFileInfo info(reportFile);
-    if (!info.exists())
+    // A report from before is no report of this run, and a tool killed by
+    // a signal may have left half of one.
+    notWritten = reasonNotWritten(before, status);
+    if (!notWritten.isEmpty())
         status = 0;
     say("info.fileName() = " + info.fileName().toLocal8Bit());
     say("return from run() : " + QByteArray::number(status));
     return (status & 0xffff) != 0;
+}
+
+QString ZEBReport::reasonNotWritten(const FileStamp& before, int status) const
+{
+    const int signal = platform::statusSignal(status);
+    if (signal != 0)
+        return QString("ended by signal %1, %2").arg(signal).arg(::strsignal(signal));
+    const FileStamp after(reportFile);
+    if (after.exists && !(after == before))
+        return QString();
+    const QByteArray name = reportFile.toLocal8Bit();
+    const QByteArray dir = QFileInfo(reportFile).absolutePath().toLocal8Bit();
+    // What kept the tool from writing is most likely what keeps us from it.
+    if (::faccessat(AT_FDCWD, dir.constData(), W_OK | X_OK, AT_EACCESS) != 0)
+        return QString::fromLocal8Bit(std::strerror(errno));
+    if (after.isDirectory)
+        return QString::fromLocal8Bit(std::strerror(EISDIR));
+    if (after.exists && ::faccessat(AT_FDCWD, name.constData(), W_OK, AT_EACCESS) != 0)
+        return QString::fromLocal8Bit(std::strerror(errno));
+    return QString("the translator wrote nothing (exit code %1)")
+        .arg(platform::statusExitCode(status));
 }
 
 QString ZEBReport::generateReports(const char* blockSelection)
@@ -132,17 +162,24 @@ QString ZEBReport::generateReports(const char* blockSelection)
     if (blockSelection[0]) {
         reportFile = wholeFile;
         run(0);
-        return wholeFile;
+        return listed();
     }
     QString result = "";
     for (unsigned int block = 1; block <= lastBlock; ++block) {
         if (!blockSelection[block])
             continue;
         reportFile = base() + QString("_%1_block%2.rpt").arg(when).arg(block);
-        result += "\n" + reportFile;
         run(block);
+        result += "\n" + listed();
     }
     return result;
+}
+
+QString ZEBReport::listed() const
+{
+    if (notWritten.isEmpty())
+        return reportFile;
+    return QString("%1 (not written: %2)").arg(reportFile, notWritten);
 }
 
 bool ZEBReport::showBlock(QWidget* page, int block)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "filestamp.h"
 #include "translatorcommand.h"
 
 #include <QDateTime>
@@ -23,8 +24,10 @@ public:
     ZEBReport(const QString& inputFile, const QString& indexText);
 
     // Runs the tool for one block (0: the whole file) into reportFile. True
-    // when the report counts as written: the file exists and the tool's
-    // status is non-zero in its low 16 bits (the tool's own convention).
+    // when the report counts as written: this run replaced the file (a new
+    // device, inode or modification time), the tool was not ended by a
+    // signal, and its status is non-zero in its low 16 bits (the tool's own
+    // convention).
     bool run(unsigned int block);
 
     // Warns and answers true when the command lines of this job cannot
@@ -40,6 +43,8 @@ public:
     bool showBlock(QWidget* page, int block);
 
     QString reportFile;
+    // Why the last run left no report of its own, empty when it wrote one.
+    QString notWritten;
     QString inputFile;
     QString indexText;
     bool valid = false;
@@ -55,5 +60,9 @@ public:
 
 private:
     QString base() const;
+    // Why this run left no report of its own; empty when it wrote one.
+    QString reasonNotWritten(const FileStamp& before, int status) const;
+    // The report's name for the list, with the reason when it was not written.
+    QString listed() const;
     TranslatorCommand command(unsigned int block, const QString& report) const;
 };

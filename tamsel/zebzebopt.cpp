@@ -11,6 +11,7 @@
 
 #include <QBoxLayout>
 #include <QFile>
+#include <QFileInfo>
 #include <QLabel>
 #include <QPushButton>
 
@@ -120,7 +121,8 @@ void ZEBZEBOpt::optimize()
 
 bool ZEBZEBOpt::outputMayBeWritten(const QString& name)
 {
-    if (!QFile::exists(name))
+    // A dangling link is a name taken too: exists() follows links.
+    if (!QFileInfo::exists(name) && !QFileInfo(name).isSymLink())
         return true;
     const QString question = tr("A file called %1 already exists.\n Do you want to overwrite it?");
     return MessageBox::information(this, "Tamsel", question.arg(name), "&Yes", "No", "", 1, -1) ==

@@ -2,17 +2,20 @@
 // change of the input, the body list from the mouse and the menu (Select and
 // Cancel), the edit menu from the keyboard, and the index a run takes or
 // refuses.
+#include "cdbindexdialog.h"
 #include "zebmtxlator.h"
 
 #include "dialoganswerer.h"
+#include "residentmemory.h"
 #include "scratchdir.h"
 #include "standins.h"
 
 #include <QApplication>
 #include <QContextMenuEvent>
+#include <QHeaderView>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QTreeWidget>
+#include <QTableView>
 
 class TestBodyIndex : public QObject
 {
@@ -83,9 +86,11 @@ private slots:
                 gesture.startsWith("key") ? "Select All" : "Select a Flexible Body from HX DB");
         if (!gesture.isEmpty() && row != "-") {
             answers.handleDialog([row](QWidget* dialog) {
-                auto* list = dialog->findChild<QTreeWidget*>();
-                for (QTreeWidgetItem* item : list->findItems(row.mid(row.startsWith('!')), {}))
-                    item->setSelected(true);
+                auto* list = dialog->findChild<QTableView*>();
+                const QModelIndex first = list->model()->index(0, 0);
+                for (const QModelIndex& at : list->model()->match(
+                         first, Qt::DisplayRole, row.mid(row.startsWith('!')), 1, Qt::MatchExactly))
+                    list->selectRow(at.row());
                 dialog
                     ->findChild<QPushButton*>(
                         row.startsWith('!') ? "Cancel" : "Select the highlighted flexbody")
@@ -109,6 +114,55 @@ private slots:
         const QString line = "info: " + Standins::program("zeb2mtx-standin") + " \"" + answer +
                              "\" -o \"out.mtx\" -F [OK|Cancel] OK/Cancel";
         QCOMPARE(answers.boxes().constLast(), answer.contains(' ') ? answer : line);
+    }
+
+    // The list's order from the index alone, in both directions, and by the
+    // description where that can be had; a million bodies cost no more
+    // memory than the rows in sight.
+    void bigList_data()
+    {
+        QTest::addColumn<int>("bodies");   // body i is described as 1,000,000 - i
+        QTest::addColumn<int>("order");    // Qt::SortOrder, plus 10 for the description
+        QTest::addColumn<QString>("rows"); // from the top, or "text order": all of it
+        QTest::newRow("12, as text") << 12 << 0 << "1 10 11 12 2";
+        QTest::newRow("12, by description") << 12 << 10 << "12 11 10 9 8";
+        QTest::newRow("12345, every row") << 12345 << 0 << "text order";
+        QTest::newRow("a million, as text") << 1000000 << 0 << "1 10 100 1000 10000";
+        QTest::newRow("a million, down") << 1000000 << 1 << "999999 999998 999997 999996 999995";
+        QTest::newRow("a million, description too costly")
+            << 1000000 << 10 << "1 10 100 1000 10000";
+    }
+
+    void bigList()
+    {
+        QFETCH(int, bodies);
+        QFETCH(int, order);
+        QFETCH(QString, rows);
+        ScratchDir dir;
+        QByteArray text = "HXDB 1\n";
+        for (int body = 1; body <= bodies; ++body)
+            text += "BODY " + QByteArray::number(1000000 - body) + '\n';
+        QVERIFY(dir.write("big.MASTER", text));
+        const qint64 before = residentKiB();
+        QCDBIndexDialog dialog(nullptr, "INDEXDIALOG", "big.MASTER");
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        auto* list = dialog.findChild<QTableView*>();
+        list->sortByColumn(order / 10, Qt::SortOrder(order % 10));
+        QVERIFY2(residentKiB() - before < 64 * 1024, "more than 64 MB for the list");
+        QStringList expected = rows.split(' ');
+        if (rows == "text order") {
+            expected.clear();
+            for (int body = 1; body <= bodies; ++body)
+                expected << QString::number(body);
+            expected.sort();
+        }
+        QCOMPARE(list->model()->rowCount(), bodies);
+        for (int row = 0; row < expected.size(); ++row)
+            QCOMPARE(list->model()->index(row, 0).data().toString(), expected[row]);
+        list->selectRow(expected.size() - 1);
+        dialog.findChild<QPushButton*>("Select the highlighted flexbody")->click();
+        QCOMPARE(dialog.selectedIndex(), expected.constLast());
     }
 };
 

@@ -74,7 +74,7 @@ private slots:
                                                QByteArray("0123456789\n").repeated(1 << 20));
             else
                 made = dir.write("in.rpt", QByteArray(64 << 20, 'x'));
-            return made ? 1 : 0;
+            return made ? 0x100 : 0; // exit code 1: a report was written
         };
         ZEBReport::pageMemoryLimit = limit;
         ZEBReport::progressDialogMade = [cancel](QProgressDialog& progress) {

@@ -9,8 +9,8 @@
 #include <QApplication>
 #include <QHeaderView>
 #include <QPushButton>
+#include <QTableView>
 #include <QTextEdit>
-#include <QTreeWidget>
 
 #include <memory>
 
@@ -56,17 +56,20 @@ private slots:
                  lines * QFontMetrics(QApplication::font()).height());
         dialog->show();
         if (bodies) { // rows sorted as text; no sort arrow, yet a header click sorts
-            auto* list = dialog->findChild<QTreeWidget*>();
-            QString rows =
-                QString::number(list->topLevelItemCount()) + list->topLevelItem(0)->text(1);
+            auto* list = dialog->findChild<QTableView*>();
+            const auto cell = [list](int row, int column) {
+                return list->model()->index(row, column).data().toString();
+            };
+            QString rows = QString::number(list->model()->rowCount()) + cell(0, 1);
             for (int i = 0; i < 3; ++i)
-                rows += list->topLevelItem(i)->text(0) + " ";
+                rows += cell(i, 0) + " ";
             QTest::mouseClick(button, Qt::LeftButton); // Select without a row: the list stays
-            QTest::mouseClick(list->header()->viewport(), Qt::LeftButton, {}, {5, 5});
-            QCOMPARE(list->toolTip() + list->headerItem()->text(0) + list->headerItem()->text(1) +
-                         rows + list->topLevelItem(0)->text(0),
+            QTest::mouseClick(list->horizontalHeader()->viewport(), Qt::LeftButton, {}, {5, 5});
+            QCOMPARE(list->toolTip() + list->model()->headerData(0, Qt::Horizontal).toString() +
+                         list->model()->headerData(1, Qt::Horizontal).toString() + rows +
+                         cell(0, 0),
                      "Flexible Bodies in HX DBIndexBody Info12 part: Bügel1 10 11 9");
-            QVERIFY(dialog->isVisible() && !list->header()->isSortIndicatorShown());
+            QVERIFY(dialog->isVisible() && !list->horizontalHeader()->isSortIndicatorShown());
         } else {
             auto* edit = widget<QTextEdit>(dialog.get(), "TextEdit");
             QCOMPARE(edit->size(), QSize(350, 200)); // long texts scroll inside

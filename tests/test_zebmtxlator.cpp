@@ -94,11 +94,11 @@ private slots:
             << L{"inputCombo=in.zeb\" -o victim.txt -t", R"(outputLE=my\"x\)"} << L{"OK"}
             << L{info.arg("\"in.zeb\\\" -o victim.txt -t\" -o \"my\\\\\\\"x\\.mtx\" -F")}
             << "in.zeb\" -o victim.txt -t|-o|my\\\"x\\.mtx|-F";
-        QTest::newRow("translator path with a blank")
-            << L{"inputCombo=beam.zeb", "outputLE=new", "tool=/opt/my tools/zeb2mtx"} << L{"OK"}
-            << L{"Unable To Run: The translator /opt/my tools/zeb2mtx (OKT_ZEB2MTX) cannot be "
-                 "started: a command line takes its path unquoted, so the path must not contain "
-                 "blanks or quotes.\nSet OKT_ZEB2MTX to a path without them, for instance a link "
+        QTest::newRow("translator path with a quote")
+            << L{"inputCombo=beam.zeb", "outputLE=new", "tool=/opt/my \"tools/zeb2mtx"} << L{"OK"}
+            << L{"Unable To Run: The translator /opt/my \"tools/zeb2mtx (OKT_ZEB2MTX) cannot be "
+                 "started: a command line cannot carry a path with a quote, a line break or a NUL "
+                 "character.\nSet OKT_ZEB2MTX to a path without them, for instance a link "
                  "to the translator.\nNothing was run. [OK] OK/OK"} << "";
         QTest::newRow("blank output, first") << L{"outputLE=  "} << L{"OK"} << L{noOutput} << "";
         QTest::newRow("overwrite, then missing input") << L{"outputLE=model"} << L{"&Yes", "OK"}

@@ -1,5 +1,8 @@
 #include "standin.h"
 
+#include "platform/files.h"
+
+#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <unistd.h>
@@ -66,6 +69,15 @@ std::string writeOptions()
 {
     const char* options = std::getenv("OKT_ZEBWRITE_OPTIONS");
     return options ? options : "(unset)";
+}
+
+bool writeOutput(const std::string& path, const std::string& bytes)
+{
+    std::string error;
+    if (platform::replaceFile(path, bytes, error))
+        return true;
+    std::fprintf(stderr, "cannot write %s: %s\n", path.c_str(), error.c_str());
+    return false;
 }
 
 } // namespace standin

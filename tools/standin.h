@@ -25,4 +25,9 @@ bool readable(const std::string& path);
 // The value of OKT_ZEBWRITE_OPTIONS, or "(unset)".
 std::string writeOptions();
 
+// Writes an output file the way Tamsel writes its own: a new file beside it
+// renamed over the name, so that a link planted there is replaced, never
+// written through. False, with the reason on standard error, otherwise.
+bool writeOutput(const std::string& path, const std::string& bytes);
+
 } // namespace standin

@@ -4,6 +4,7 @@
 #include "platform/batchfile.h"
 #include "platform/commandline.h"
 #include "platform/console.h"
+#include "platform/signals.h"
 
 #include <cstdio>
 #include <cstring>
@@ -30,6 +31,8 @@ int exitCodeOf(int status)
 
 int main(int argc, char** argv)
 {
+    // The terminal may go before the batch ends: output is dropped then.
+    platform::ignoreBrokenPipe();
     std::string statusFile;
     std::string directory;
     int i = 1;

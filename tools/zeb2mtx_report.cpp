@@ -1,10 +1,12 @@
 #include "zeb2mtx_report.h"
 
+#include "standin.h"
 #include "zebtext.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
+#include <sstream>
 
 namespace zeb2mtxreport
 {
@@ -67,11 +69,8 @@ bool failureAskedFor(int block)
 
 bool asksForReport(const std::vector<std::string>& args)
 {
-    for (const auto& a : args) {
-        if (a == "-d")
-            return true;
-    }
-    return false;
+    // The first argument is the input, whatever it is called.
+    return args.size() > 1 && std::find(args.begin() + 1, args.end(), "-d") != args.end();
 }
 
 int writeReport(const std::vector<std::string>& args)
@@ -89,13 +88,12 @@ int writeReport(const std::vector<std::string>& args)
         std::fprintf(stderr, "zeb2mtx-standin: cannot extract block %d\n", r.block);
         return notWritten;
     }
-    std::ofstream out(r.report, std::ios::binary | std::ios::trunc);
+    std::ostringstream out;
     for (int block = r.block ? r.block : 1; block <= (r.block ? r.block : 29); ++block) {
         if (!zebtext::blockName(block).empty())
             writeBlock(out, body, file, index, block);
     }
-    out.flush();
-    if (!out) {
+    if (!standin::writeOutput(r.report, out.str())) {
         std::fprintf(stderr, "zeb2mtx-standin: cannot write %s\n", r.report.c_str());
         return notWritten;
     }

@@ -9,9 +9,10 @@
 #include "zeb2mtx_report.h"
 #include "zebtext.h"
 
+#include <algorithm>
 #include <cstdio>
-#include <fstream>
 #include <set>
+#include <sstream>
 #include <sys/stat.h>
 
 namespace
@@ -98,7 +99,7 @@ bool readableFile(const std::string& path)
 
 bool writeMatrix(const MatrixRequest& r)
 {
-    std::ofstream out(r.output, std::ios::binary | std::ios::trunc);
+    std::ostringstream out;
     out << "ZEB2MTX stand-in matrix file\n"
         << "input: " << r.input << "\n"
         << "body: " << r.body << "\n"
@@ -109,8 +110,7 @@ bool writeMatrix(const MatrixRequest& r)
         << "invariants: " << (r.fastInvariants ? "fast" : "full") << "\n";
     if (!r.unrecognised.empty())
         out << "unrecognised:" << r.unrecognised << "\n";
-    out.flush();
-    return static_cast<bool>(out);
+    return standin::writeOutput(r.output, out.str());
 }
 
 int translateToMatrix(const std::vector<std::string>& args)
@@ -130,13 +130,10 @@ int translateToMatrix(const std::vector<std::string>& args)
     return 0;
 }
 
+// Options come after the input: an input named "-d" is a file name.
 bool asks(const std::vector<std::string>& args, const char* flag)
 {
-    for (const auto& a : args) {
-        if (a == flag)
-            return true;
-    }
-    return false;
+    return args.size() > 1 && std::find(args.begin() + 1, args.end(), flag) != args.end();
 }
 
 int optimize(const std::vector<std::string>& args)

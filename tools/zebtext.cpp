@@ -1,9 +1,12 @@
 #include "zebtext.h"
 
+#include "standin.h"
+
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
+#include <sstream>
 #include <sys/stat.h>
 
 namespace zebtext
@@ -188,7 +191,7 @@ bool load(const std::string& file, const std::string& index, Body& body, std::st
 
 bool save(const std::string& file, const Body& body)
 {
-    std::ofstream out(file, std::ios::binary | std::ios::trunc);
+    std::ostringstream out;
     out << "ZEB 1.0  " << body.note << "\n";
     for (const auto& [number, lines] : body.blocks) {
         out << "block " << number << "  " << blockName(number) << "\n";
@@ -196,8 +199,7 @@ bool save(const std::string& file, const Body& body)
             out << line << "\n";
     }
     out << "end\n";
-    out.flush();
-    return static_cast<bool>(out);
+    return standin::writeOutput(file, out.str());
 }
 
 std::string blockName(int block)

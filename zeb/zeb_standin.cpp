@@ -18,6 +18,7 @@
 #include <string_view>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <vector>
 
 namespace
 {
@@ -100,7 +101,12 @@ off_t magicLength(int fd)
     return 0;
 }
 
-int countBodies(int fd)
+// Every this many bodies the offset of its line is kept, so that a body far
+// from the last one asked for is found without reading from the start: a
+// list shows its bodies in any order. 8 bytes per 1024 bodies.
+constexpr int checkpointEvery = 1024;
+
+int countBodies(int fd, std::vector<off_t>& checkpoints)
 {
     const off_t start = magicLength(fd);
     if (start == 0)
@@ -108,9 +114,13 @@ int countBodies(int fd)
     Lines lines(fd, start);
     std::string line;
     int count = 0;
-    while (lines.next(line))
-        if (isBody(line) && count < INT_MAX)
-            ++count;
+    for (off_t at = start; lines.next(line); at = lines.offset()) {
+        if (!isBody(line) || count == INT_MAX)
+            continue;
+        if (count % checkpointEvery == 0)
+            checkpoints.push_back(at);
+        ++count;
+    }
     return lines.bad ? 0 : count;
 }
 
@@ -159,6 +169,8 @@ struct Cache {
     // from, so that asking for each body in turn reads the file once.
     int next = 1;
     off_t nextOffset = 0;
+    // Where body 1, 1025, 2049, ... start.
+    std::vector<off_t> checkpoints;
 };
 
 Cache cache;
@@ -184,16 +196,23 @@ int openDatabase(const char* file)
         return fd;
     timespec now{};
     ::clock_gettime(CLOCK_REALTIME, &now);
-    cache = Cache{file, version, now.tv_sec - st.st_ctim.tv_sec >= 2, countBodies(fd)};
+    Cache fresh;
+    fresh.file = file;
+    fresh.version = version;
+    fresh.settled = now.tv_sec - st.st_ctim.tv_sec >= 2;
+    fresh.count = countBodies(fd, fresh.checkpoints);
+    cache = std::move(fresh);
     return fd;
 }
 
 // Copies the description of a body the count says is there into info.
 bool describe(int fd, int index, char* info)
 {
-    if (index < cache.next) {
-        cache.next = 1;
-        cache.nextOffset = 0;
+    const std::size_t checkpoint = std::size_t(index - 1) / checkpointEvery;
+    if ((index < cache.next || index - cache.next >= checkpointEvery) &&
+        checkpoint < cache.checkpoints.size()) {
+        cache.next = int(checkpoint) * checkpointEvery + 1;
+        cache.nextOffset = cache.checkpoints[checkpoint];
     }
     Lines lines(fd, cache.nextOffset);
     std::string line;

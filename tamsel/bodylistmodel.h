@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QAbstractTableModel>
+#include <QByteArray>
+#include <QCache>
+#include <QString>
+
+#include <vector>
+
+// The bodies of an HX DB file as a two-column table, index and description,
+// made row by row as the view asks: nothing is kept per body, and a
+// description is read from the library only when its row is shown.
+//
+// The index column sorts as text ("10" ahead of "2") in either order, worked
+// out from the row number alone. Sorting by description reads every
+// description, so it is done only up to descriptionSortLimit bodies; above
+// that the list keeps the index order.
+class BodyListModel : public QAbstractTableModel
+{
+    Q_OBJECT
+
+public:
+    static constexpr int descriptionSortLimit = 100000;
+
+    BodyListModel(const QString& dbFile, QObject* parent);
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    int columnCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+    void sort(int column, Qt::SortOrder order) override;
+
+    // The body shown in a row, 1 to the count.
+    int bodyAt(int row) const;
+
+private:
+    QString description(int body) const;
+    void sortByDescription(Qt::SortOrder order);
+
+    QByteArray file;
+    int count = 0;
+    Qt::SortOrder indexOrder = Qt::AscendingOrder;
+    // Bodies by row once sorted by description; empty in index order.
+    std::vector<int> byDescription;
+    mutable QCache<int, QString> descriptions{4096};
+};
