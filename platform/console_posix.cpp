@@ -3,6 +3,7 @@
 #include "platform/console.h"
 #include "platform/files.h"
 #include "platform/signals.h"
+#include "platform/wait.h"
 
 #include <cerrno>
 #include <chrono>
@@ -49,7 +50,12 @@ void waitForConsoleEnd(const std::string& started)
     const int fd = ::open(started.c_str(), O_RDONLY | O_CLOEXEC);
     if (fd < 0)
         return;
-    while (::flock(fd, LOCK_SH) < 0 && errno == EINTR) {
+    if (!hasWaitHook()) {
+        while (::flock(fd, LOCK_SH) < 0 && errno == EINTR) {
+        }
+    } else {
+        while (::flock(fd, LOCK_SH | LOCK_NB) < 0 && (errno == EWOULDBLOCK || errno == EINTR))
+            waitStep();
     }
     ::close(fd);
 }
@@ -60,7 +66,7 @@ bool waitForAnnouncement(const std::string& started)
     while (!exists(started)) {
         if (std::chrono::steady_clock::now() > until)
             return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        waitStep();
     }
     return true;
 }
@@ -76,12 +82,7 @@ int spawnAndWait(std::vector<std::string> args)
     const ChildSignals defaults;
     if (::posix_spawnp(&pid, argv[0], nullptr, defaults.attributes(), argv.data(), environ) != 0)
         return -1;
-    int status = 0;
-    while (::waitpid(pid, &status, 0) < 0) {
-        if (errno != EINTR)
-            return -1;
-    }
-    return status;
+    return waitForChild(pid);
 }
 
 // The status of a console run in a terminal, or false when the terminal

@@ -1,6 +1,7 @@
 #include "platform/batchfile.h"
 #include "platform/commandline.h"
 #include "platform/signals.h"
+#include "platform/wait.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -25,12 +26,8 @@ constexpr int notStarted = 127 << 8;
 
 int waitFor(pid_t pid)
 {
-    int status = 0;
-    while (::waitpid(pid, &status, 0) < 0) {
-        if (errno != EINTR)
-            return notStarted;
-    }
-    return status;
+    const int status = waitForChild(pid);
+    return status < 0 ? notStarted : status;
 }
 
 // What the system can start by itself, whatever the file is called.

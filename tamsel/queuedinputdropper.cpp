@@ -1,5 +1,7 @@
 #include "queuedinputdropper.h"
 
+#include "platform/wait.h"
+
 #include <QCoreApplication>
 #include <QEvent>
 
@@ -35,4 +37,15 @@ bool QueuedInputDropper::eventFilter(QObject*, QEvent* event)
     default:
         return false;
     }
+}
+
+QueuedInputDropper::DuringRun::DuringRun()
+{
+    platform::setWaitHook(&QueuedInputDropper::dropPending);
+}
+
+QueuedInputDropper::DuringRun::~DuringRun()
+{
+    platform::setWaitHook({});
+    dropPending();
 }

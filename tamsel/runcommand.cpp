@@ -91,9 +91,12 @@ RunResult runCommand(const QString& command, const QString& title)
         return RunResult(RunResult::NotRun, 0, problem);
     }
     // The console runs its own copy: the file above is for the user to see.
-    const int status =
-        platform::runInConsole(text.toStdString(), consoleProgram().toLocal8Bit().toStdString());
-    QueuedInputDropper::dropPending();
+    int status = 0;
+    {
+        const QueuedInputDropper::DuringRun windowsServed;
+        status = platform::runInConsole(text.toStdString(),
+                                        consoleProgram().toLocal8Bit().toStdString());
+    }
     // Only the low 16 bits count, as with the command interpreter's status.
     const bool failed = (status & 0xffff) != 0;
     return RunResult(failed ? RunResult::Failed : RunResult::Succeeded, status);

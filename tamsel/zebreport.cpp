@@ -120,8 +120,11 @@ bool ZEBReport::run(unsigned int block)
         return false;
     say("runStr " + line.line().toLocal8Bit());
     const FileStamp before(reportFile);
-    int status = runTool(line.line().toLocal8Bit().toStdString());
-    QueuedInputDropper::dropPending(); // clicks given while the tool ran
+    int status = 0;
+    {
+        const QueuedInputDropper::DuringRun windowsServed; // clicks given meanwhile are dropped
+        status = runTool(line.line().toLocal8Bit().toStdString());
+    }
     const QFileInfo info(reportFile);
     // A report from before is no report of this run, and a tool killed by
     // a signal may have left half of one.

@@ -12,7 +12,9 @@
 
 #include <QKeyEvent>
 #include <QMessageBox>
+#include <QMouseEvent>
 #include <QPushButton>
+#include <QTimer>
 
 #include <optional>
 #include <sys/stat.h>
@@ -164,6 +166,34 @@ private slots:
 
     // In a directory shared with others, a link another user planted is not
     // written through: run as an unprivileged user, who owns the target.
+    // While a run lasts, the window is served (timers, paints, the window
+    // manager's messages) but a click given meanwhile starts nothing, then
+    // or later.
+    void windowServedDuringRun()
+    {
+        ScratchDir scratch;
+        Standins standins(scratch.path());
+        QPushButton button("Run");
+        int clicks = 0;
+        connect(&button, &QPushButton::clicked, [&] { ++clicks; });
+        button.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&button));
+        bool servedWhileRunning = false; // the tool marks its end with a file
+        QTimer::singleShot(200, [&] {
+            servedWhileRunning = !QFile::exists(scratch.filePath("done"));
+            const QPoint at = button.rect().center();
+            for (auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease})
+                QCoreApplication::postEvent(&button,
+                                            new QMouseEvent(type, at, button.mapToGlobal(at),
+                                                            Qt::LeftButton, Qt::LeftButton, {}));
+        });
+        const RunResult result = runCommand("sh -c \"sleep 1; touch done\"", "wait");
+        QCOMPARE(int(result.outcome()), int(RunResult::Succeeded));
+        QVERIFY(servedWhileRunning);
+        QTest::qWait(50);
+        QCOMPARE(clicks, 0);
+    }
+
     void linkPlantedByAnotherUser()
     {
         if (::geteuid() != 0) { // the unprivileged side
