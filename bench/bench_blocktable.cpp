@@ -151,7 +151,11 @@ int main(int argc, char** argv)
     row("Plot: memory growth", plot.mb / reportMb, "x", "(no goal)", true);
 
     QWidget* window = page->window();
+
     const Step resize = measured(probe, [&] { window->resize(1300, 800); });
-    row("Plot resized", resize.ms, "ms", "<= 50 ms", resize.ms <= 50);
+    row("Plot resized: first paint", resize.ms, "ms", "<= 50 ms", resize.ms <= 50);
+    // The points for the new width follow in the next turn of the loop.
+    const Step refined = measured(probe, [] {});
+    row("Plot resized: redrawn for the width", resize.ms + refined.ms, "ms", "(no goal)", true);
     return 0;
 }

@@ -30,16 +30,6 @@ QString BlockColumns::title(int column) const
     return QString("Column %1").arg(column + 1);
 }
 
-bool BlockColumns::fits(qsizetype line) const
-{
-    if (count < 2)
-        return false;
-    const QByteArrayView bytes = text->lineView(line);
-    if (BlockText::isAscii(bytes))
-        return fitsText(bytes);
-    return fitsText(QStringView(text->line(line)));
-}
-
 template <typename Text> bool BlockColumns::fitsText(Text line) const
 {
     const qsizetype length = line.size();
@@ -54,6 +44,16 @@ template <typename Text> bool BlockColumns::fitsText(Text line) const
     return true;
 }
 
+bool BlockColumns::fits(qsizetype line) const
+{
+    if (count < 2)
+        return false;
+    const QByteArrayView bytes = text->lineView(line);
+    if (BlockText::isAscii(bytes))
+        return fitsText(bytes);
+    return fitsText(QStringView(text->line(line)));
+}
+
 QString BlockColumns::cell(qsizetype line, int column) const
 {
     if (!fits(line))
@@ -66,12 +66,11 @@ QString BlockColumns::cell(qsizetype line, int column) const
 
 bool BlockColumns::number(qsizetype line, int column, double& value) const
 {
-    if (!fits(line))
-        return false;
+    // One look at the bytes: this runs for every row of a plot or a sort.
     const QByteArrayView bytes = text->lineView(line);
     if (BlockText::isAscii(bytes))
-        return parseNumber(asciiCell(bytes, column), value);
-    return parseNumber(wideCell(line, column).toUtf8(), value);
+        return count > 1 && fitsText(bytes) && parseNumber(asciiCell(bytes, column), value);
+    return fits(line) && parseNumber(wideCell(line, column).toUtf8(), value);
 }
 
 QByteArrayView BlockColumns::asciiCell(QByteArrayView line, int column) const

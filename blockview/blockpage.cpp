@@ -60,9 +60,8 @@ QWidget* BlockPage::makeSwitch()
         button->setAccessibleName(entry.accessibleName);
         button->setToolTip(entry.toolTip);
         button->setCheckable(true);
-        button->setAutoExclusive(true); // arrow keys move along the switch
         button->setFocusPolicy(Qt::StrongFocus);
-        buttons->addButton(button, view);
+        buttons->addButton(button, view); // an exclusive group: arrow keys move along
         row->addWidget(button);
     }
     connect(buttons, &QButtonGroup::idClicked, this, [this](int id) { showView(View(id)); });

@@ -17,6 +17,7 @@
 #include <QPushButton>
 #include <QScatterSeries>
 #include <QSvgGenerator>
+#include <QTimer>
 #include <QToolTip>
 #include <QVBoxLayout>
 #include <QValueAxis>
@@ -24,6 +25,7 @@
 #include <QPainter>
 
 #include <cmath>
+#include <set>
 #include <utility>
 
 namespace
@@ -52,7 +54,7 @@ BlockPlot::BlockPlot(const BlockText& text, const BlockLayout& layout, const Set
             xColumn = -1;
     }
     if (yColumn < 0 || yColumn >= cols.columnCount())
-        yColumn = firstVaryingColumn();
+        yColumn = liveliestColumn();
     auto* box = new QVBoxLayout(this);
     box->setContentsMargins(0, 0, 0, 0);
     box->addWidget(makeControls());
@@ -60,7 +62,7 @@ BlockPlot::BlockPlot(const BlockText& text, const BlockLayout& layout, const Set
     connect(view, &BlockChartView::resetRequested, this, &BlockPlot::resetZoom);
     connect(view, &BlockChartView::hovered, this, &BlockPlot::showToolTip);
     connect(view, &BlockChartView::menuRequested, this, &BlockPlot::popupMenu);
-    connect(chart(), &QChart::plotAreaChanged, this, &BlockPlot::redraw);
+    connect(chart(), &QChart::plotAreaChanged, this, &BlockPlot::redrawSoon);
     collect();
     rebuildChart();
 }
@@ -108,24 +110,25 @@ QWidget* BlockPlot::makeControls()
     return bar;
 }
 
-int BlockPlot::firstVaryingColumn() const
+int BlockPlot::liveliestColumn() const
 {
-    // A look at the first rows is enough to pass over columns of zeros.
+    // The first rows tell: a column of a few values (zeros, a rigid-body
+    // mode's ones) says less than one that changes from row to row.
     const qsizetype probe = qMin<qsizetype>(cols.lineCount(), 2000);
+    int best = xColumn == 1 ? 0 : 1;
+    size_t most = 0;
     for (int column = 0; column < cols.columnCount(); ++column) {
         if (column == xColumn)
             continue;
-        double first = NAN, value;
-        for (qsizetype line = 0; line < probe; ++line) {
-            if (!cols.number(line, column, value))
-                continue;
-            if (std::isnan(first))
-                first = value;
-            else if (value != first)
-                return column;
-        }
+        std::set<double> values;
+        double value;
+        for (qsizetype line = 0; line < probe; ++line)
+            if (cols.number(line, column, value))
+                values.insert(value);
+        if (values.size() > most)
+            most = values.size(), best = column;
     }
-    return xColumn == 1 ? 0 : 1;
+    return best;
 }
 
 void BlockPlot::setChoice(int index)
@@ -159,13 +162,14 @@ void BlockPlot::collect()
     qsizetype row = 0;
     QString heading;
     for (qsizetype line = 0; line < cols.lineCount(); ++line) {
-        if (!cols.fits(line)) {
+        const bool valued = cols.number(line, yc, y);
+        if (!valued && !cols.fits(line)) {
             if (setup.splitRuns)
                 heading = cols.cell(line, 0).trimmed();
             continue;
         }
         ++row;
-        if (!cols.number(line, yc, y) || (xc >= 0 && !cols.number(line, xc, x)))
+        if (!valued || (xc >= 0 && !cols.number(line, xc, x)))
             continue;
         if (xc < 0)
             x = double(row);
@@ -243,13 +247,16 @@ void BlockPlot::rebuildChart()
             series = new QScatterSeries, static_cast<QScatterSeries*>(series)->setMarkerSize(7);
         series->setName(run.name);
         c->addSeries(series);
+        if (points.size() > 20000) // thin lines draw fast
+            series->setPen(QPen(series->color(), 0));
         series->attachAxis(xAxis);
         series->attachAxis(yAxis);
     }
     c->legend()->setVisible(runs.size() > 1);
+    c->legend()->setAlignment(runs.size() > 4 ? Qt::AlignRight : Qt::AlignTop);
     // Zooming shows more of the points that were left out.
-    connect(xAxis, SIGNAL(rangeChanged(qreal, qreal)), this, SLOT(redraw()));
-    connect(yAxis, SIGNAL(rangeChanged(qreal, qreal)), this, SLOT(redraw()));
+    connect(xAxis, SIGNAL(rangeChanged(qreal, qreal)), this, SLOT(redrawSoon()));
+    connect(yAxis, SIGNAL(rangeChanged(qreal, qreal)), this, SLOT(redrawSoon()));
     resetZoom();
 }
 
@@ -298,39 +305,64 @@ QRectF BlockPlot::bounds() const
 void BlockPlot::resetZoom()
 {
     const QRectF all = bounds();
-    const auto [x0, x1] = padded(all.left(), all.right(), false);
+    // Points get room at the sides; lines run from edge to edge.
+    const bool tight = setup.kind == Setup::Lines && all.width() > 0;
+    const auto [x0, x1] =
+        tight ? std::make_pair(all.left(), all.right()) : padded(all.left(), all.right(), false);
     const auto [y0, y1] =
         padded(all.top(), all.bottom(), setup.logY && setup.kind != Setup::Projection);
     redrawing = true; // one redraw for both axes
-    chart()->axes(Qt::Horizontal).value(0)->setRange(x0, x1);
-    chart()->axes(Qt::Vertical).value(0)->setRange(y0, y1);
+    for (QAbstractAxis* axis : chart()->axes()) {
+        const bool across = axis->orientation() == Qt::Horizontal;
+        axis->setRange(across ? x0 : y0, across ? x1 : y1);
+        // Round ticks: mode 5, not mode 4.45.
+        if (auto* linear = qobject_cast<QValueAxis*>(axis))
+            linear->applyNiceNumbers();
+    }
     redrawing = false;
     redraw();
 }
 
+void BlockPlot::redrawSoon()
+{
+    // A resize or a zoom changes the area and both axes at once: one redraw
+    // after them, while the chart shows the points it has at the new scale.
+    if (!redrawPending)
+        QTimer::singleShot(0, this, &BlockPlot::redraw);
+    redrawPending = true;
+}
+
 void BlockPlot::redraw()
 {
+    redrawPending = false;
     const QList<QAbstractAxis*> xAxes = chart()->axes(Qt::Horizontal);
     const QList<QAbstractAxis*> yAxes = chart()->axes(Qt::Vertical);
     if (redrawing || xAxes.isEmpty() || yAxes.isEmpty())
         return;
+
     const auto [x0, x1] = rangeOf(xAxes[0]);
     const auto [y0, y1] = rangeOf(yAxes[0]);
     const QSize pixels = chart()->plotArea().size().toSize();
+    // Many series over one another: two pixels a column keep them quick.
+    const int columns = runs.size() > 4 ? pixels.width() / 2 : pixels.width();
     const QList<QAbstractSeries*> series = chart()->series();
+    qsizetype total = 0;
     for (size_t r = 0; r < runs.size() && r < size_t(series.size()); ++r) {
         const Run& run = runs[r];
         shownPoints[r] =
             setup.kind == Setup::Projection
                 ? BlockPlotDecimator::perPixel(points, run.begin, run.end,
                                                QRectF(QPointF(x0, y0), QPointF(x1, y1)), pixels)
-                : BlockPlotDecimator::minMax(points, run.begin, run.end, x0, x1, pixels.width());
+                : BlockPlotDecimator::minMax(points, run.begin, run.end, x0, x1, columns);
         QList<QPointF> list;
         list.reserve(qsizetype(shownPoints[r].size()));
         for (qsizetype i : shownPoints[r])
             list.append(shown(points[size_t(i)]));
         static_cast<QXYSeries*>(series[qsizetype(r)])->replace(list);
+        total += list.size();
     }
+    // Smooth edges cost more than they show on a plot this full.
+    view->setRenderHint(QPainter::Antialiasing, total < 20000);
 }
 
 qsizetype BlockPlot::nearestShown(const QPoint& position, QXYSeries*& nearest) const

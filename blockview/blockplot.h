@@ -29,7 +29,7 @@ public:
         enum Kind { Lines, Points, Projection };
         Kind kind = Lines;
         int xColumn = 0;        // Projection: the first of three columns x, y, z
-        int yColumn = 1;        // -1: the first column whose values vary
+        int yColumn = 1;        // -1: the column with the most distinct values
         bool logY = false;      // values at or below 0 sit on the axis' floor
         bool splitRuns = false; // a new series where x falls back or a line is no data
         QString runName = "Series %1";
@@ -57,7 +57,7 @@ public slots:
     void saveAs();
 
 private slots:
-    void redraw();
+    void redrawSoon();
 
 private:
     struct Run {
@@ -68,11 +68,12 @@ private:
     QWidget* makeControls();
     void collect();
     void addPoint(qsizetype line, double x, double y);
-    int firstVaryingColumn() const;
+    int liveliestColumn() const;
     void rebuildChart();
     QAbstractAxis* makeAxis(Qt::Orientation orientation) const;
     QString axisTitle(Qt::Orientation orientation) const;
     QRectF bounds() const;
+    void redraw();
     QPointF shown(const QPointF& point) const;
     void showToolTip(const QPoint& position, const QPoint& globalPosition);
     qsizetype nearestShown(const QPoint& position, QXYSeries*& series) const;
@@ -94,4 +95,5 @@ private:
     QCheckBox* logBox = nullptr;
     BlockChartView* view;
     bool redrawing = false;
+    bool redrawPending = false;
 };

@@ -6,28 +6,27 @@
 namespace
 {
 
-// The kept points of one pixel column, in series order, each once.
+// The lowest and highest point of one pixel column, in series order.
 struct Column {
-    qsizetype first = -1, low = -1, high = -1, last = -1;
+    qsizetype low = -1, high = -1;
 
     void take(const std::vector<QPointF>& points, qsizetype i)
     {
-        if (first < 0)
-            first = low = high = i;
+        if (low < 0)
+            low = high = i;
         if (points[size_t(i)].y() < points[size_t(low)].y())
             low = i;
         if (points[size_t(i)].y() > points[size_t(high)].y())
             high = i;
-        last = i;
     }
     void flush(std::vector<qsizetype>& out)
     {
-        if (first < 0)
+        if (low < 0)
             return;
-        qsizetype kept[] = {first, low, high, last};
-        std::sort(std::begin(kept), std::end(kept));
-        out.insert(out.end(), std::begin(kept), std::unique(std::begin(kept), std::end(kept)));
-        first = -1;
+        out.push_back(std::min(low, high));
+        if (high != low)
+            out.push_back(std::max(low, high));
+        low = -1;
     }
 };
 

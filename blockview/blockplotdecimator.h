@@ -12,8 +12,8 @@
 class BlockPlotDecimator
 {
 public:
-    // For a line over x: per pixel column of [x0, x1] its first, lowest,
-    // highest and last point, in series order. A point outside the range is
+    // For a line over x: per pixel column of [x0, x1] its lowest and
+    // highest point, in series order. A point outside the range is
     // kept only next to one inside, so lines run on to the edge.
     static std::vector<qsizetype> minMax(const std::vector<QPointF>& points, qsizetype begin,
                                          qsizetype end, double x0, double x1, int columns);
