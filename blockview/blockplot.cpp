@@ -125,8 +125,10 @@ int BlockPlot::liveliestColumn() const
         for (qsizetype line = 0; line < probe; ++line)
             if (cols.number(line, column, value))
                 values.insert(value);
-        if (values.size() > most)
-            most = values.size(), best = column;
+        if (values.size() > most) {
+            most = values.size();
+            best = column;
+        }
     }
     return best;
 }
@@ -221,12 +223,23 @@ QAbstractAxis* BlockPlot::makeAxis(Qt::Orientation orientation) const
     return axis;
 }
 
+QXYSeries* BlockPlot::makeSeries() const
+{
+    if (setup.kind == Setup::Lines)
+        return new QLineSeries;
+    auto* scatter = new QScatterSeries;
+    scatter->setMarkerSize(7);
+    return scatter;
+}
+
 void BlockPlot::rebuildChart()
 {
     QChart* c = chart();
     c->removeAllSeries();
-    for (QAbstractAxis* axis : c->axes())
-        c->removeAxis(axis), delete axis;
+    for (QAbstractAxis* axis : c->axes()) {
+        c->removeAxis(axis);
+        delete axis;
+    }
     // On a log axis, values at or below zero (rigid-body modes, say) sit a
     // decade or two below the smallest positive one.
     double smallest = INFINITY;
@@ -240,11 +253,7 @@ void BlockPlot::rebuildChart()
     c->addAxis(yAxis, Qt::AlignLeft);
     shownPoints.assign(runs.size(), {});
     for (const Run& run : runs) {
-        QXYSeries* series;
-        if (setup.kind == Setup::Lines)
-            series = new QLineSeries;
-        else
-            series = new QScatterSeries, static_cast<QScatterSeries*>(series)->setMarkerSize(7);
+        QXYSeries* series = makeSeries();
         series->setName(run.name);
         c->addSeries(series);
         if (points.size() > 20000) // thin lines draw fast
@@ -377,8 +386,11 @@ qsizetype BlockPlot::nearestShown(const QPoint& position, QXYSeries*& nearest) c
             const QPointF at = view->mapFromScene(chart()->mapToScene(inChart));
             const QPointF d = at - QPointF(position);
             const double distance = d.x() * d.x() + d.y() * d.y();
-            if (distance < bestDistance)
-                bestDistance = distance, best = i, nearest = xy;
+            if (distance < bestDistance) {
+                bestDistance = distance;
+                best = i;
+                nearest = xy;
+            }
         }
     }
     return best;

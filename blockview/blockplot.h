@@ -70,6 +70,7 @@ private:
     void addPoint(qsizetype line, double x, double y);
     int liveliestColumn() const;
     void rebuildChart();
+    QXYSeries* makeSeries() const;
     QAbstractAxis* makeAxis(Qt::Orientation orientation) const;
     QString axisTitle(Qt::Orientation orientation) const;
     QRectF bounds() const;
