@@ -128,6 +128,7 @@ private slots:
 void TestBlockPlot::eigenvaluesOfTheSample()
 {
     SamplePage page(7);
+    QVERIFY(page.plot);
     const QList<double> hertz = sampleHertz();
     QCOMPARE(hertz.size(), 16);
     QCOMPARE(page.plot->chart()->series().size(), 1);
@@ -178,6 +179,7 @@ void TestBlockPlot::sampleBlocks()
     QFETCH(QString, yTitle);
     QFETCH(QString, choice);
     SamplePage page(block);
+    QVERIFY(page.plot);
     auto* combo = page.plot->findChild<QComboBox*>();
     if (!choice.isEmpty()) {
         combo->setCurrentIndex(combo->findText(choice));
@@ -283,6 +285,7 @@ void TestBlockPlot::zoom()
 void TestBlockPlot::toolTip()
 {
     SamplePage page(7);
+    QVERIFY(page.plot);
     const QPointF mode7 = seriesOf(page.plot)->points()[6];
     QWidget* viewport = page.plot->chartView()->viewport();
     const QPoint at = onView(page.plot, mode7) + QPoint(3, 2);
@@ -315,6 +318,7 @@ void TestBlockPlot::save()
     QFETCH(QString, name);
     QFETCH(QString, file);
     SamplePage page(7);
+    QVERIFY(page.plot);
     DialogAnswerer answers;
     if (!menuEntry.isEmpty())
         answers.chooseMenuEntry(menuEntry);
