@@ -1,6 +1,7 @@
 #include "zebreport.h"
 
 #include "blocklayouts.h"
+#include "blockpage.h"
 #include "blockreader.h"
 #include "blockview.h"
 #include "platform/commandline.h"
@@ -53,14 +54,51 @@ QFont viewFont()
     return font;
 }
 
-void putView(QWidget* page, const char* name, BlockText text)
+// How each block with columns is best plotted; the rest plot their second
+// column over their first.
+BlockPlot::Setup plotSetupOf(int block)
+{
+    BlockPlot::Setup setup;
+    switch (block) {
+    case 4: // Nodal Coordinates: x, y, z behind the ID
+        setup.kind = BlockPlot::Setup::Projection;
+        setup.xColumn = 1;
+        break;
+    case 7: // Eigenvalues: Hertz over the mode, rigid-body modes near 0 on a log axis
+        setup.kind = BlockPlot::Setup::Points;
+        setup.yColumn = 2;
+        setup.logY = true;
+        break;
+    case 12: // Generalized Stiffness and Mass: the value over the mode
+    case 13:
+        setup.kind = BlockPlot::Setup::Points;
+        setup.yColumn = 2;
+        break;
+    case 8: // Mode Shapes, Stress and Strain Modes: one series a mode
+    case 18:
+    case 29:
+        setup.yColumn = -1;
+        setup.splitRuns = true;
+        setup.runName = "Mode %1";
+        break;
+    }
+    return setup;
+}
+
+// block: 0 for a page that is text only (an error or an empty block).
+void putView(QWidget* page, const char* name, BlockText text, int block = 0)
 {
     auto* view = new BlockView(page);
     view->setObjectName(name);
     view->setFont(viewFont());
     view->setBlockText(std::move(text));
     auto* grid = new QGridLayout(page);
-    grid->addWidget(view, 0, 0);
+    const BlockLayout* layout =
+        block >= 1 && block <= blockLayoutCount ? &blockLayouts[block - 1] : nullptr;
+    if (BlockPage::offersViews(layout))
+        grid->addWidget(new BlockPage(view, *layout, plotSetupOf(block), page), 0, 0);
+    else
+        grid->addWidget(view, 0, 0);
     page->adjustSize();
 }
 
@@ -230,9 +268,10 @@ bool ZEBReport::showBlock(QWidget* page, int block)
     BlockText text = reader.read(file, size);
     if (reader.truncated())
         text.prependLine(tooLargeNote(limit));
-    if (text.lineCount() == 0)
+    const bool empty = text.lineCount() == 0;
+    if (empty)
         text = BlockText::fromString("This block is empty.");
-    putView(page, "text viewer", std::move(text));
+    putView(page, "text viewer", std::move(text), empty ? 0 : block);
     progress.setValue(total);
     return true;
 }

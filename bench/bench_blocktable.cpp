@@ -1,0 +1,161 @@
+// Switches a long Mode Shapes page, made by the browser's own road, to its
+// table and its plot, and prints what a user waits for next to the goals:
+// the table's first rows, a numeric sort, the plot, a resize of the plot,
+// and the memory each step adds.
+//
+//     bench_blocktable [LINES]      default: 1000000
+#include "blockchartview.h"
+#include "blockpage.h"
+#include "blocktableview.h"
+#include "zebreport.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <cstdio>
+#include <functional>
+
+namespace
+{
+
+// Mode Shapes as the layout has them: a 5-character ID and six 18-character
+// components; 20 modes of equal node count, one after the other.
+void writeReport(const QString& path, qint64 lines)
+{
+    QFile file(path);
+    file.open(QIODevice::WriteOnly);
+    file.write(QByteArray("  MODE SHAPES, a line of the heading\n").repeated(9));
+    const qint64 nodes = std::max<qint64>(1, lines / 20);
+    char line[160];
+    for (qint64 i = 0; i < lines; ++i) {
+        const qint64 node = i % nodes + 1, mode = i / nodes + 1;
+        const double v = double((node * 7919 + mode * 104729) % 9973) / 7.0 - 600.0;
+        std::snprintf(line, sizeof line, "%5lld%18.6E%18.6E%18.6E%18.6E%18.6E%18.6E\n",
+                      static_cast<long long>(node), v, -v / 3, v * 1e-3, v / 11, -v * 7, v / 5);
+        file.write(line);
+    }
+}
+
+qint64 statusKb(const char* field)
+{
+    QFile status("/proc/self/status");
+    status.open(QIODevice::ReadOnly);
+    const QByteArray text = status.readAll();
+    const qsizetype at = text.indexOf(field) + qstrlen(field);
+    return text.mid(at, text.indexOf('\n', at) - at).trimmed().split(' ')[0].toLongLong();
+}
+
+void resetPeak()
+{
+    QFile reset("/proc/self/clear_refs"); // "5" resets the peak to now
+    if (reset.open(QIODevice::WriteOnly))
+        reset.write("5");
+}
+
+// Counts the paints of the widgets it watches.
+struct Probe : QObject {
+    int paints = 0;
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        paints += event->type() == QEvent::Paint;
+        return false;
+    }
+};
+
+// Milliseconds and peak memory growth (MB) from the action until a watched
+// widget has painted.
+struct Step {
+    double ms, mb;
+};
+Step measured(Probe& probe, const std::function<void()>& action)
+{
+    resetPeak();
+    const qint64 before = statusKb("VmRSS:");
+    QElapsedTimer timer;
+    timer.start();
+    const int since = probe.paints;
+    action();
+    while (probe.paints <= since && timer.elapsed() < 60000)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+    return {double(timer.nsecsElapsed()) / 1e6, double(statusKb("VmHWM:") - before) / 1024};
+}
+
+// The browser's road from the tool's end: the report of block 8 read back
+// onto a page.
+BlockPage* openPage(const QString& path)
+{
+    QDir::setCurrent(QFileInfo(path).path());
+    QFile("report.zeb").open(QIODevice::WriteOnly);
+    ZEBReport::runTool = [](const std::string&) { return 1 << 8; }; // the report is there
+    ZEBReport job("report.zeb", "1");
+    auto* tab = new QWidget;
+    job.showBlock(tab, 8);
+    tab->resize(1100, 700);
+    tab->show();
+    QCoreApplication::processEvents();
+    return tab->findChild<BlockPage*>();
+}
+
+void row(const char* what, double value, const char* unit, const char* goal, bool met)
+{
+    std::printf("%-34s %10.2f %-6s %-22s %s\n", what, value, unit, goal, met ? "met" : "MISSED");
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    // The page is made by showBlock, which wants a translator; nothing runs.
+    if (qEnvironmentVariableIsEmpty("OKT_ZEB2MTX"))
+        qputenv("OKT_ZEB2MTX", "/bin/true");
+    QApplication app(argc, argv);
+    const qint64 lines = argc > 1 ? std::max(1LL, QByteArray(argv[1]).toLongLong()) : 1000000;
+    QTemporaryDir dir;
+    const QString path = dir.filePath("report.rpt");
+    writeReport(path, lines);
+    const double reportMb = double(QFile(path).size()) / 1048576;
+    BlockPage* page = openPage(path);
+    if (!page) {
+        std::fputs("no table and plot on the page\n", stderr);
+        return 1;
+    }
+    std::printf("%lld lines of Mode Shapes, report %.1f MB\n", static_cast<long long>(lines),
+                reportMb);
+    std::printf("%-34s %10s %-6s %-22s\n", "step", "figure", "", "goal");
+
+    Probe probe;
+    const Step table = measured(probe, [&] {
+        page->showView(BlockPage::Table);
+        page->tableView()->viewport()->installEventFilter(&probe);
+    });
+    row("Table: first rows on screen", table.ms, "ms", "<= 100 ms", table.ms <= 100);
+    row("Table: memory growth", table.mb / reportMb, "x", "<= 0.1x the report",
+        table.mb <= 0.1 * reportMb);
+
+    const Step sort =
+        measured(probe, [&] { page->tableView()->sortByColumn(3, Qt::AscendingOrder); });
+    const double perRow = sort.mb * 1048576 / double(lines);
+    row("Sort by dz (numeric)", sort.ms, "ms", "<= 1000 ms", sort.ms <= 1000);
+    row("Sort: memory growth a row", perRow, "B", "<= 16 B", perRow <= 16);
+
+    const Step plot = measured(probe, [&] {
+        page->showView(BlockPage::Plot);
+        page->plot()->chartView()->viewport()->installEventFilter(&probe);
+    });
+    row("Plot shown", plot.ms, "ms", "<= 300 ms", plot.ms <= 300);
+    row("Plot: memory growth", plot.mb / reportMb, "x", "(no goal)", true);
+
+    QWidget* window = page->window();
+
+    const Step resize = measured(probe, [&] { window->resize(1300, 800); });
+    row("Plot resized: first paint", resize.ms, "ms", "<= 50 ms", resize.ms <= 50);
+    // The points for the new width follow in the next turn of the loop.
+    const Step refined = measured(probe, [] {});
+    row("Plot resized: redrawn for the width", resize.ms + refined.ms, "ms", "(no goal)", true);
+    return 0;
+}

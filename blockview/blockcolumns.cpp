@@ -1,0 +1,101 @@
+#include "blockcolumns.h"
+
+#include <charconv>
+
+namespace
+{
+
+QByteArrayView trimmed(QByteArrayView text)
+{
+    while (!text.isEmpty() && (text.front() == ' ' || text.front() == '\t'))
+        text = text.sliced(1);
+    while (!text.isEmpty() && (text.back() == ' ' || text.back() == '\t' || text.back() == '\r'))
+        text.chop(1);
+    return text;
+}
+
+} // namespace
+
+BlockColumns::BlockColumns(const BlockText& blockText, const BlockLayout& layout)
+    : text(&blockText), titles(layout.columnTitles), count(qBound(0, layout.columnCount, 7))
+{
+    for (int c = 0; c < count; ++c)
+        starts[c + 1] = starts[c] + layout.columnWidths[c];
+}
+
+QString BlockColumns::title(int column) const
+{
+    if (titles[column])
+        return QString::fromLatin1(titles[column]);
+    return QString("Column %1").arg(column + 1);
+}
+
+template <typename Text> bool BlockColumns::fitsText(Text line) const
+{
+    const qsizetype length = line.size();
+    if (length <= starts[count - 1] || length > starts[count])
+        return false;
+    // Fixed columns leave a blank on one side of each border at least; a
+    // word across a border is a heading or a note.
+    const auto blank = [&line](int at) { return line[at] == ' ' || line[at] == '\t'; };
+    for (int c = 1; c < count; ++c)
+        if (!blank(starts[c] - 1) && !blank(starts[c]))
+            return false;
+    return true;
+}
+
+bool BlockColumns::fits(qsizetype line) const
+{
+    if (count < 2)
+        return false;
+    const QByteArrayView bytes = text->lineView(line);
+    if (BlockText::isAscii(bytes))
+        return fitsText(bytes);
+    return fitsText(QStringView(text->line(line)));
+}
+
+QString BlockColumns::cell(qsizetype line, int column) const
+{
+    if (!fits(line))
+        return column == 0 ? text->line(line) : QString();
+    const QByteArrayView bytes = text->lineView(line);
+    if (BlockText::isAscii(bytes))
+        return QString::fromLatin1(asciiCell(bytes, column));
+    return wideCell(line, column);
+}
+
+bool BlockColumns::number(qsizetype line, int column, double& value) const
+{
+    // One look at the bytes: this runs for every row of a plot or a sort.
+    const QByteArrayView bytes = text->lineView(line);
+    if (BlockText::isAscii(bytes))
+        return count > 1 && fitsText(bytes) && parseNumber(asciiCell(bytes, column), value);
+    return fits(line) && parseNumber(wideCell(line, column).toUtf8(), value);
+}
+
+QByteArrayView BlockColumns::asciiCell(QByteArrayView line, int column) const
+{
+    const qsizetype from = qMin<qsizetype>(starts[column], line.size());
+    const qsizetype to = qMin<qsizetype>(starts[column + 1], line.size());
+    return trimmed(line.sliced(from, to - from));
+}
+
+QString BlockColumns::wideCell(qsizetype line, int column) const
+{
+    return text->line(line).mid(starts[column], width(column)).trimmed();
+}
+
+bool BlockColumns::parseNumber(QByteArrayView text, double& value)
+{
+    text = trimmed(text);
+    if (text.startsWith('+'))
+        text = text.sliced(1);
+    char buffer[64];
+    if (text.isEmpty() || text.size() >= qsizetype(sizeof buffer) || text.front() == '+')
+        return false;
+    for (qsizetype i = 0; i < text.size(); ++i)
+        buffer[i] = text[i] == 'D' || text[i] == 'd' ? 'E' : text[i];
+    const char* end = buffer + text.size();
+    const auto result = std::from_chars(buffer, end, value);
+    return result.ec == std::errc() && result.ptr == end;
+}
