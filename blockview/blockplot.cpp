@@ -352,6 +352,14 @@ void BlockPlot::redraw()
     const auto [x0, x1] = rangeOf(xAxes[0]);
     const auto [y0, y1] = rangeOf(yAxes[0]);
     const QSize pixels = chart()->plotArea().size().toSize();
+    // A log axis labels each decade; where the height has no room for them
+    // all, it labels every few decades, so that no label is cut short.
+    if (auto* log = qobject_cast<QLogValueAxis*>(yAxes[0]); log && y0 > 0 && y1 > y0) {
+        const double room = std::max(2, pixels.height() / (2 * fontMetrics().height()));
+        const double base = std::pow(10.0, std::max(1.0, std::ceil(std::log10(y1 / y0) / room)));
+        if (log->base() != base)
+            log->setBase(base);
+    }
     // Many series over one another: two pixels a column keep them quick.
     const int columns = runs.size() > 4 ? pixels.width() / 2 : pixels.width();
     const QList<QAbstractSeries*> series = chart()->series();
