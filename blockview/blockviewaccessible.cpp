@@ -198,6 +198,10 @@ QRect BlockViewAccessible::characterRect(int offset) const
 {
     BlockView* v = view();
     const BlockView::Pos at = v->clamped(v->posOf(offset));
+    // Only what is in sight has extents: a screen reader asking for those of
+    // a huge range must not lay out every line of it.
+    if (at.line < v->firstLine() || at.line > v->firstLine() + v->visibleLines())
+        return QRect();
     const int left = v->textLeft() + int(v->xOf(at));
     const int right = v->textLeft() + int(v->xOf({at.line, at.column + 1}));
     const QRect local(left, v->lineTop(at.line), std::max(1, right - left), v->lineSpacing);
