@@ -3,14 +3,18 @@
 #include "blockviewaccessible.h"
 #include "blockviewfindbar.h"
 #include "blockviewsearch.h"
+#include "platform/filereplacement.h"
 
 #include <QAccessible>
 #include <QApplication>
 #include <QClipboard>
 #include <QContextMenuEvent>
+#include <QFileDialog>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QMessageBox>
 #include <QPainter>
+#include <QProgressDialog>
 #include <QScrollBar>
 #include <QStyle>
 #include <QTextBoundaryFinder>
@@ -93,6 +97,8 @@ QString BlockView::selectedText() const
 QString BlockView::textBetween(Pos from, Pos to) const
 {
     QString result;
+    // One allocation: a UTF-8 byte is at most one UTF-16 unit.
+    result.reserve(qsizetype(std::min<qint64>(bytesBetween(from, to) + 1, INT_MAX)));
     const qsizetype last = std::min(to.line, text.lineCount() - 1);
     for (qsizetype line = from.line; line <= last; ++line) {
         const QString whole = text.line(line);
@@ -357,10 +363,93 @@ void BlockView::selectAll()
         setAnchorAndCursor({}, {text.lineCount(), 0});
 }
 
+qint64 BlockView::copyLimit = qint64(64) << 20;
+
 void BlockView::copy()
 {
-    if (hasSelection())
+    if (!hasSelection())
+        return;
+    if (selectionBytes() > copyLimit)
+        saveSelection();
+    else
         QGuiApplication::clipboard()->setText(selectedText());
+}
+
+qint64 BlockView::selectionBytes() const
+{
+    return bytesBetween(selectionStart(), selectionEnd());
+}
+
+// At most the bytes of the text between two places, line feeds included.
+qint64 BlockView::bytesBetween(Pos from, Pos to) const
+{
+    if (text.lineCount() == 0 || from.line >= text.lineCount())
+        return 0;
+    const qsizetype last = std::min(to.line, text.lineCount() - 1);
+    const QByteArrayView first = text.lineView(from.line);
+    const QByteArrayView end = text.lineView(last);
+    // The stored lines lie back to back: their span, one line feed each.
+    return (end.data() + end.size() - first.data()) + (last - from.line) + (to.line > last);
+}
+
+bool BlockView::forEachSelectedPiece(
+    const std::function<bool(QByteArrayView, qsizetype)>& sink) const
+{
+    const Pos from = selectionStart();
+    const Pos to = selectionEnd();
+    const qsizetype last = std::min(to.line, text.lineCount() - 1);
+    for (qsizetype line = from.line; line <= last; ++line) {
+        const bool whole = (line != from.line || from.column == 0) &&
+                           (line != to.line || to.column >= text.lineLength(line));
+        const QByteArray part =
+            whole ? QByteArray()
+                  : textBetween({line, line == from.line ? from.column : 0},
+                                {line, line == to.line ? to.column : text.lineLength(line)})
+                        .toUtf8();
+        if (!sink(whole ? text.lineView(line) : QByteArrayView(part), line) ||
+            (line < to.line && !sink("\n", line)))
+            return false;
+    }
+    return true;
+}
+
+// Written the way the program writes its files, a megabyte at a time under
+// a progress dialog; a cancelled or failed save leaves no file behind.
+void BlockView::saveSelection()
+{
+    const QString size = QString::number(double(selectionBytes()) / (1 << 20), 'f', 0);
+    if (QMessageBox::question(this, tr("Copy"),
+                              tr("The selection holds %1 MB of text, too much for the "
+                                 "clipboard.\nSave it to a file instead?")
+                                  .arg(size),
+                              QMessageBox::Save | QMessageBox::Cancel,
+                              QMessageBox::Save) != QMessageBox::Save)
+        return;
+    const QString path = QFileDialog::getSaveFileName(this, tr("Save Selection"));
+    if (path.isEmpty())
+        return;
+    platform::FileReplacement file(QFile::encodeName(path).toStdString());
+    QProgressDialog progress(tr("Saving the selection"), tr("Cancel"), 0, 1000, this);
+    progress.setWindowModality(Qt::WindowModal);
+    const qsizetype first = selectionStart().line;
+    const double lines = double(std::max<qsizetype>(1, selectionEnd().line - first));
+    QByteArray chunk;
+    const bool done = forEachSelectedPiece([&](QByteArrayView piece, qsizetype line) {
+        chunk.append(piece);
+        if (chunk.size() < (1 << 20))
+            return true;
+        progress.setValue(int(1000 * (line - first) / lines));
+        const bool written =
+            !progress.wasCanceled() && file.write(chunk.constData(), size_t(chunk.size()));
+        chunk.clear();
+        return written;
+    });
+    if (progress.wasCanceled())
+        return;
+    if (!done || !file.write(chunk.constData(), size_t(chunk.size())) || !file.commit())
+        QMessageBox::warning(this, tr("Save Selection"),
+                             tr("%1 cannot be written:\n%2")
+                                 .arg(path, QString::fromLocal8Bit(file.error().c_str())));
 }
 
 BlockView::Pos BlockView::moved(Pos from, Move move) const

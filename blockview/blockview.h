@@ -6,6 +6,7 @@
 #include <QBasicTimer>
 
 #include <algorithm>
+#include <functional>
 #include <memory>
 #include <unordered_map>
 
@@ -41,6 +42,10 @@ public:
     QRect lineRect(qsizetype line) const;
     // The caret, in viewport coordinates.
     QRect cursorRect() const;
+
+    // Above this many bytes a copy of the selection is offered as a file
+    // instead: the clipboard would hold the text several times over.
+    static qint64 copyLimit;
 
 public slots:
     // Through the last line feed, so that a copy gives toPlainText().
@@ -121,6 +126,13 @@ private:
     Pos selectionEnd() const { return std::max(anchor, cursor); }
     bool hasSelection() const { return anchor != cursor; }
     QString textBetween(Pos from, Pos to) const;
+    // The selection's size in bytes, without making its text.
+    qint64 selectionBytes() const;
+    qint64 bytesBetween(Pos from, Pos to) const;
+    // The selection as UTF-8, a line at a time, to sink; false when it says stop.
+    bool
+    forEachSelectedPiece(const std::function<bool(QByteArrayView, qsizetype line)>& sink) const;
+    void saveSelection();
     void setAnchorAndCursor(Pos newAnchor, Pos newCursor);
     void moveCursor(Pos to, bool keepAnchor);
     Pos moved(Pos from, Move move) const;

@@ -1,5 +1,7 @@
 #include "platform/files.h"
 
+#include "platform/filereplacement.h"
+
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -11,90 +13,12 @@
 namespace platform
 {
 
-namespace
-{
-
-std::string directoryOf(const std::string& path)
-{
-    const auto slash = path.rfind('/');
-    if (slash == std::string::npos)
-        return ".";
-    return slash == 0 ? "/" : path.substr(0, slash);
-}
-
-bool writeAll(int fd, const std::string& bytes)
-{
-    std::size_t done = 0;
-    while (done < bytes.size()) {
-        const ssize_t n = ::write(fd, bytes.data() + done, bytes.size() - done);
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n < 0)
-            return false;
-        done += static_cast<std::size_t>(n);
-    }
-    return true;
-}
-
-// A new file of our own beside path, made with O_EXCL so that nothing of
-// that name, a link least of all, is ever opened; the umask applies as to
-// any new file.
-int createBeside(const std::string& path, std::string& name)
-{
-    static const char letters[] = "abcdefghijklmnopqrstuvwxyz0123456789";
-    std::random_device random;
-    for (int attempt = 0; attempt < 100; ++attempt) {
-        name = directoryOf(path) + "/.tamsel-";
-        for (int i = 0; i < 8; ++i)
-            name += letters[random() % (sizeof letters - 1)];
-        const int fd =
-            ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666);
-        if (fd >= 0 || errno != EEXIST)
-            return fd;
-    }
-    return -1;
-}
-
-// The file a name stands for must be one the user may write, as when it was
-// opened for writing: a read-only or immutable file is refused, not
-// replaced. A link is replaced, never followed, so only a file counts.
-// Its mode goes into mode, for the new file to keep.
-bool mayReplace(const std::string& path, mode_t& mode, bool& exists)
-{
-    struct stat st {
-    };
-    exists = ::lstat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode);
-    if (!exists)
-        return true;
-    mode = st.st_mode & 07777;
-    return ::faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0;
-}
-
-} // namespace
-
 bool replaceFile(const std::string& path, const std::string& bytes, std::string& error)
 {
-    mode_t mode = 0;
-    bool exists = false;
-    std::string tmp;
-    const int fd = mayReplace(path, mode, exists) ? createBeside(path, tmp) : -1;
-    if (fd < 0) {
-        error = std::strerror(errno);
-        return false;
-    }
-    // Errors of a full disk may show only at fsync or close.
-    int failure = 0;
-    if (!writeAll(fd, bytes) || (exists && ::fchmod(fd, mode) != 0) || ::fsync(fd) != 0)
-        failure = errno;
-    if (::close(fd) != 0 && failure == 0)
-        failure = errno;
-    // rename replaces a link of that name; it never writes through one.
-    if (failure == 0 && ::rename(tmp.c_str(), path.c_str()) != 0)
-        failure = errno;
-    if (failure == 0)
+    FileReplacement file(path);
+    if (file.write(bytes.data(), bytes.size()) && file.commit())
         return true;
-    ::unlink(tmp.c_str());
-    error = std::strerror(failure);
+    error = file.error();
     return false;
 }
 

@@ -4,6 +4,7 @@
 #include "blockreader.h"
 #include "blockview.h"
 #include "dialoganswerer.h"
+#include "scratchdir.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -65,6 +66,8 @@ private slots:
     void interact();
     void endAndPages();
     void findBarAtWindowSize();
+    void copyOverTheLimit_data();
+    void copyOverTheLimit();
     void accessible();
 };
 
@@ -282,6 +285,52 @@ void TestBlockView::findBarAtWindowSize()
     QCOMPARE(bar->font().family(), QApplication::font().family());
     QCOMPARE(QAccessible::queryAccessibleInterface(close)->text(QAccessible::Name),
              "Close the find bar (Escape)");
+}
+
+void TestBlockView::copyOverTheLimit_data()
+{
+    QTest::addColumn<QString>("keys");   // the selection
+    QTest::addColumn<QString>("answer"); // to "Save it to a file instead?"
+    QTest::addColumn<bool>("link");      // the chosen name is a link planted before
+    QTest::newRow("all, saved") << "Ctrl+A"
+                                << "Save" << false;
+    QTest::newRow("in lines, saved") << "Down,Right,Shift+Down,Shift+Down,Shift+Right"
+                                     << "Save" << false;
+    QTest::newRow("link replaced") << "Ctrl+A"
+                                   << "Save" << true;
+    QTest::newRow("cancelled") << "Ctrl+A"
+                               << "Cancel" << false;
+}
+
+// Too much for the clipboard, the selection goes to a file instead, written
+// as the program writes its files; the clipboard is left alone.
+void TestBlockView::copyOverTheLimit()
+{
+    QFETCH(QString, keys);
+    QFETCH(QString, answer);
+    QFETCH(bool, link);
+    ScratchDir dir;
+    const QString target = dir.filePath("selection.txt");
+    QVERIFY(!link || (dir.write("victim", "keep") && QFile::link(dir.filePath("victim"), target)));
+    Page page(sample);
+    const qint64 limit = BlockView::copyLimit;
+    BlockView::copyLimit = 10;
+    QGuiApplication::clipboard()->clear();
+    page.keys(keys);
+    DialogAnswerer answers;
+    answers.pressButton(answer);
+    if (answer == "Save")
+        answers.chooseFile(target);
+    if (answer == "Save" && link) // the chooser asks before a name is taken
+        answers.pressButton("&Yes");
+    page.keys("Ctrl+C");
+    BlockView::copyLimit = limit;
+    VERIFY_DIALOGS(answers);
+    QCOMPARE(QGuiApplication::clipboard()->text(), "");
+    QCOMPARE(dir.read("selection.txt"),
+             answer == "Save" ? page.view.selectedText().toUtf8() : QByteArray(link ? "keep" : ""));
+    QCOMPARE(dir.read("victim"), QByteArray(link ? "keep" : ""));
+    QCOMPARE(QFileInfo(target).isSymLink(), link && answer != "Save");
 }
 
 void TestBlockView::accessible()
