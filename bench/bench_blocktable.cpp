@@ -7,9 +7,11 @@
 #include "blockchartview.h"
 #include "blockpage.h"
 #include "blocktableview.h"
+#include "residentmemory.h"
 #include "zebreport.h"
 
 #include <QApplication>
+#include <QDateTime>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -39,22 +41,6 @@ void writeReport(const QString& path, qint64 lines)
     }
 }
 
-qint64 statusKb(const char* field)
-{
-    QFile status("/proc/self/status");
-    status.open(QIODevice::ReadOnly);
-    const QByteArray text = status.readAll();
-    const qsizetype at = text.indexOf(field) + qstrlen(field);
-    return text.mid(at, text.indexOf('\n', at) - at).trimmed().split(' ')[0].toLongLong();
-}
-
-void resetPeak()
-{
-    QFile reset("/proc/self/clear_refs"); // "5" resets the peak to now
-    if (reset.open(QIODevice::WriteOnly))
-        reset.write("5");
-}
-
 // Counts the paints of the widgets it watches.
 struct Probe : QObject {
     int paints = 0;
@@ -73,14 +59,14 @@ struct Step {
 Step measured(Probe& probe, const std::function<void()>& action)
 {
     resetPeak();
-    const qint64 before = statusKb("VmRSS:");
+    const qint64 before = statusKiB("VmRSS:");
     QElapsedTimer timer;
     timer.start();
     const int since = probe.paints;
     action();
     while (probe.paints <= since && timer.elapsed() < 60000)
         QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
-    return {double(timer.nsecsElapsed()) / 1e6, double(statusKb("VmHWM:") - before) / 1024};
+    return {double(timer.nsecsElapsed()) / 1e6, double(statusKiB("VmHWM:") - before) / 1024};
 }
 
 // The browser's road from the tool's end: the report of block 8 read back
@@ -89,7 +75,13 @@ BlockPage* openPage(const QString& path)
 {
     QDir::setCurrent(QFileInfo(path).path());
     QFile("report.zeb").open(QIODevice::WriteOnly);
-    ZEBReport::runTool = [](const std::string&) { return 1 << 8; }; // the report is there
+    // The report is there; the run only marks it as its own.
+    ZEBReport::runTool = [name = QFileInfo(path).fileName()](const std::string&) {
+        QFile file(name);
+        file.open(QIODevice::ReadWrite);
+        file.setFileTime(QDateTime::currentDateTime(), QFileDevice::FileModificationTime);
+        return 1 << 8;
+    };
     ZEBReport job("report.zeb", "1");
     auto* tab = new QWidget;
     job.showBlock(tab, 8);
