@@ -20,11 +20,32 @@ const char notData[] = "Not a data line: shown whole";
 BlockTableModel::BlockTableModel(const BlockText& text, const BlockLayout& layout, QObject* parent)
     : QAbstractTableModel(parent), cols(text, layout)
 {
+    known = qMin(fetchStep, totalRows()); // the first rows at once
+}
+
+int BlockTableModel::totalRows() const
+{
+    return int(qMin<qsizetype>(cols.lineCount(), INT_MAX));
 }
 
 int BlockTableModel::rowCount(const QModelIndex& parent) const
 {
-    return parent.isValid() ? 0 : int(qMin<qsizetype>(cols.lineCount(), INT_MAX));
+    return parent.isValid() ? 0 : qMin(known, totalRows());
+}
+
+bool BlockTableModel::canFetchMore(const QModelIndex& parent) const
+{
+    return !parent.isValid() && known < totalRows();
+}
+
+void BlockTableModel::fetchMore(const QModelIndex& parent)
+{
+    if (!canFetchMore(parent))
+        return;
+    const int more = qMin(fetchStep, totalRows() - known);
+    beginInsertRows({}, known, known + more - 1);
+    known += more;
+    endInsertRows();
 }
 
 int BlockTableModel::columnCount(const QModelIndex& parent) const
@@ -98,7 +119,7 @@ bool BlockTableModel::numericKeys(int column, std::vector<double>& keys) const
 {
     // A column of numbers may hold a word here and there (a repeated title,
     // say): those go behind the numbers.
-    keys.assign(size_t(rowCount()), NAN);
+    keys.assign(size_t(totalRows()), NAN);
     qsizetype numbers = 0, words = 0;
     for (qsizetype line = 0; line < qsizetype(keys.size()); ++line) {
         if (cols.number(line, column, keys[size_t(line)]))
@@ -126,7 +147,7 @@ void BlockTableModel::sortNumeric(std::vector<double>& keys, Qt::SortOrder sortO
 
 void BlockTableModel::sortText(int column, Qt::SortOrder sortOrder)
 {
-    order.resize(size_t(rowCount()));
+    order.resize(size_t(totalRows()));
     std::iota(order.begin(), order.end(), 0);
     const bool down = sortOrder == Qt::DescendingOrder;
     std::stable_sort(order.begin(), order.end(),
@@ -185,7 +206,7 @@ QByteArray BlockTableModel::csv() const
         out += "\r\n";
     };
     addRow([this](int column) { return cols.title(column); });
-    for (int row = 0; row < rowCount(); ++row)
+    for (int row = 0; row < totalRows(); ++row)
         addRow([this, row](int column) { return cols.cell(lineOf(row), column); });
     return out;
 }

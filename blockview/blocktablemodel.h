@@ -19,7 +19,14 @@ public:
     // The text must outlive the model.
     BlockTableModel(const BlockText& text, const BlockLayout& layout, QObject* parent = nullptr);
 
+    // The rows made known to the view so far: a view asks for more as it
+    // scrolls, so that its header grows with what was seen, not the block.
     int rowCount(const QModelIndex& parent = {}) const override;
+    bool canFetchMore(const QModelIndex& parent) const override;
+    void fetchMore(const QModelIndex& parent) override;
+    // Every row of the block, known or not.
+    int totalRows() const;
+    static constexpr int fetchStep = 1 << 14;
     int columnCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
     QVariant headerData(int section, Qt::Orientation orientation,
@@ -48,4 +55,5 @@ private:
 
     BlockColumns cols;
     std::vector<std::int32_t> order; // empty: the text's own order
+    int known = 0;                   // rows made known so far
 };

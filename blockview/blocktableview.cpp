@@ -66,6 +66,13 @@ void BlockTableView::exportCsvAs()
         BlockFileWriter::writeOrWarn(this, path, cells->csv());
 }
 
+void BlockTableView::selectAll()
+{
+    while (cells->canFetchMore({}))
+        cells->fetchMore({});
+    QTableView::selectAll();
+}
+
 void BlockTableView::keyPressEvent(QKeyEvent* event)
 {
     if (event == QKeySequence::Copy) {

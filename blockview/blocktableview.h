@@ -25,6 +25,9 @@ public slots:
     // Asks for a file name, writes, warns when that fails.
     void exportCsvAs();
 
+    // Every row, also those the view has not asked for yet.
+    void selectAll() override;
+
 protected:
     void keyPressEvent(QKeyEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;

@@ -80,6 +80,7 @@ private slots:
     void numericSort();
     void copySelection_data();
     void copySelection();
+    void rowsOnDemand();
     void csvQuoting_data();
     void csvQuoting();
     void exportCsv();
@@ -219,6 +220,26 @@ void TestBlockTable::copySelection()
     QGuiApplication::clipboard()->clear();
     QTest::keyClick(&table.view, Qt::Key_C, Qt::ControlModifier);
     QCOMPARE(QGuiApplication::clipboard()->text(), copied);
+}
+
+// A long table makes its rows known as the view scrolls, yet sorting,
+// select all and copy take every row.
+void TestBlockTable::rowsOnDemand()
+{
+    const int total = BlockTableModel::fetchStep * 2 + 5;
+    QStringList lines;
+    for (int i = 1; i <= total; ++i)
+        lines << lineOf(twoColumns(), {QString::number(i), QString::number(i % 7)});
+    Table table(lines, twoColumns());
+    QCOMPARE(table.model().rowCount(), BlockTableModel::fetchStep);
+    table.view.scrollToBottom();
+    QTRY_VERIFY(table.model().rowCount() > BlockTableModel::fetchStep);
+    table.model().sort(0, Qt::DescendingOrder);
+    QCOMPARE(table.model().index(0, 0).data().toString(), QString::number(total));
+    QGuiApplication::clipboard()->clear();
+    QTest::keyClick(&table.view, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(&table.view, Qt::Key_C, Qt::ControlModifier);
+    QCOMPARE(QGuiApplication::clipboard()->text().count('\n'), total);
 }
 
 void TestBlockTable::csvQuoting_data()
