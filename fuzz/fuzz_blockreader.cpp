@@ -11,8 +11,8 @@
 //
 // Input: the first byte is the number of leading lines (its low four bits),
 // the rest the report, read through a QBuffer.
-#include "require.h"
 #include "blockview/blockreader.h"
+#include "require.h"
 
 #include <QBuffer>
 
@@ -29,9 +29,9 @@ QByteArrayList linesOf(QByteArray report)
     if (report.startsWith("\xEF\xBB\xBF"))
         report.remove(0, 3);
     QByteArrayList lines = report.split('\n');
-    for (qsizetype i = 0; i + 1 < lines.size(); ++i)
-        if (lines[i].endsWith('\r'))
-            lines[i].chop(1);
+    for (QByteArray& line : lines) // the last line's CR goes too
+        if (line.endsWith('\r'))
+            line.chop(1);
     if (lines.last().isEmpty()) // nothing behind the last LF
         lines.removeLast();
     return lines;
@@ -59,9 +59,13 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 
     const QByteArrayList lines = linesOf(report);
     QByteArrayList kept;
-    for (qsizetype i = headerLines; i < lines.size(); ++i)
-        if (!lines[i].isEmpty())
-            kept << lines[i];
+    for (qsizetype i = headerLines; i < lines.size(); ++i) {
+        QByteArray shown; // a NUL shows as U+FFFD
+        for (const char c : lines[i])
+            c ? shown.append(c) : shown.append("\xEF\xBF\xBD", 3);
+        if (!shown.isEmpty())
+            kept << shown;
+    }
     QByteArrayList leading = lines.mid(0, headerLines);
     while (leading.size() < headerLines)
         leading << QByteArray();
