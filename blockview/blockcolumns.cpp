@@ -49,17 +49,17 @@ bool BlockColumns::fits(qsizetype line) const
     if (count < 2)
         return false;
     const QByteArrayView bytes = text->lineView(line);
-    if (BlockText::isAscii(bytes))
+    if (text->isAsciiLine(line))
         return fitsText(bytes);
-    return fitsText(QStringView(text->line(line)));
+    return !text->isLong(line) && fitsText(QStringView(text->line(line)));
 }
 
 QString BlockColumns::cell(qsizetype line, int column) const
 {
     if (!fits(line))
-        return column == 0 ? text->line(line) : QString();
+        return column == 0 ? misfit(line) : QString();
     const QByteArrayView bytes = text->lineView(line);
-    if (BlockText::isAscii(bytes))
+    if (text->isAsciiLine(line))
         return QString::fromLatin1(asciiCell(bytes, column));
     return wideCell(line, column);
 }
@@ -68,9 +68,18 @@ bool BlockColumns::number(qsizetype line, int column, double& value) const
 {
     // One look at the bytes: this runs for every row of a plot or a sort.
     const QByteArrayView bytes = text->lineView(line);
-    if (BlockText::isAscii(bytes))
+    if (text->isAsciiLine(line))
         return count > 1 && fitsText(bytes) && parseNumber(asciiCell(bytes, column), value);
     return fits(line) && parseNumber(wideCell(line, column).toUtf8(), value);
+}
+
+// A line that is not data, whole unless it is too long for a cell.
+QString BlockColumns::misfit(qsizetype line) const
+{
+    constexpr qsizetype most = 4096;
+    if (text->lineLength(line) <= most)
+        return text->line(line);
+    return text->lineSlice(line, 0, most) + QChar(0x2026);
 }
 
 QByteArrayView BlockColumns::asciiCell(QByteArrayView line, int column) const

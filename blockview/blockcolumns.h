@@ -36,6 +36,7 @@ private:
     // For a line of ASCII the bytes are the characters.
     QByteArrayView asciiCell(QByteArrayView line, int column) const;
     QString wideCell(qsizetype line, int column) const;
+    QString misfit(qsizetype line) const;
 
     const BlockText* text;
     const char* const* titles;

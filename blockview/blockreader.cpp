@@ -69,6 +69,7 @@ BlockText BlockReader::read(QIODevice& device, qint64 sizeHint)
     skippedCount = 0;
     counted = 0;
     cut = false;
+    partial = false;
     // The kept lines are never longer than the file, so one reservation
     // holds them all and the store never moves; a little more leaves room
     // for a note in front.
@@ -82,7 +83,15 @@ BlockText BlockReader::read(QIODevice& device, qint64 sizeHint)
     bool atStart = true;
     bool stopped = false;
     while (!stopped) {
-        const qint64 got = fill(device, buffer, begin, end, std::max<qint64>(chunkSize, limit / 4));
+        // A leading line is handed on whole; a kept one longer than the
+        // buffer is taken a buffer at a time, so that it is held only once.
+        const bool leading = skippedCount < headerLines;
+        const qint64 got = fill(device, buffer, begin, end,
+                                leading ? std::max<qint64>(chunkSize, limit / 4) : chunkSize);
+        if (got == lineTooLong && !leading) {
+            stopped = !takePart(buffer.constData(), begin, end);
+            continue;
+        }
         bytesRead += std::max<qint64>(got, 0);
         cut = cut || got == lineTooLong;
         const bool done = got <= 0;
@@ -121,6 +130,17 @@ bool BlockReader::takeLines(const char* data, qsizetype& begin, qsizetype end)
     return true;
 }
 
+// The start of a line that fills the whole buffer; a carriage return at its
+// end waits, since a line feed may follow it.
+bool BlockReader::takePart(const char* data, qsizetype& begin, qsizetype end)
+{
+    const qsizetype size = end - begin - (data[end - 1] == '\r' ? 1 : 0);
+    const bool more = store(data + begin, size);
+    partial = partial || size > 0;
+    begin += size;
+    return more;
+}
+
 bool BlockReader::take(const char* data, qsizetype size)
 {
     if (skippedCount < headerLines) {
@@ -130,18 +150,9 @@ bool BlockReader::take(const char* data, qsizetype size)
         return true;
     }
     ++counted;
-    if (size > 0) {
-        const bool nul = std::memchr(data, '\0', size_t(size));
-        const qsizetype kept = room(data, size, nul ? 3 : 1);
-        if (kept > 0 && nul) {
-            const QByteArray shown = withoutNul(data, kept);
-            text.appendLine(shown.constData(), shown.size());
-        } else if (kept > 0) {
-            text.appendLine(data, kept);
-        }
-        if (cut)
-            return false;
-    }
+    if (!store(data, size))
+        return false;
+    partial = false;
     if (counted % 1000 != 0 || !progress)
         return true;
     const qint64 characters = QString::fromUtf8(data, size).size();
@@ -149,6 +160,23 @@ bool BlockReader::take(const char* data, qsizetype size)
     if (qMulOverflow(characters, counted, &estimate))
         estimate = std::numeric_limits<qint64>::max();
     return progress(qMin(estimate, hint));
+}
+
+// Keeps a line, or the next part of one; false when memory ran out.
+bool BlockReader::store(const char* data, qsizetype size)
+{
+    if (size == 0)
+        return true;
+    const bool nul = std::memchr(data, '\0', size_t(size));
+    const qsizetype kept = room(data, size, nul ? 3 : 1);
+    const QByteArray shown = nul ? withoutNul(data, kept) : QByteArray();
+    const char* bytes = nul ? shown.constData() : data;
+    const qsizetype length = nul ? shown.size() : kept;
+    if (length > 0 && partial)
+        text.appendToLastLine(bytes, length);
+    else if (length > 0)
+        text.appendLine(bytes, length);
+    return !cut;
 }
 
 // How much of a line of size bytes, each taking up to cost bytes, fits

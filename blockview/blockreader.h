@@ -47,6 +47,8 @@ private:
     bool takeLines(const char* data, qsizetype& begin, qsizetype end);
     // Takes one line without its line end; false stops the reading.
     bool take(const char* data, qsizetype size);
+    bool takePart(const char* data, qsizetype& begin, qsizetype end);
+    bool store(const char* data, qsizetype size);
     qsizetype room(const char* data, qsizetype size, int cost);
     void finish();
 
@@ -60,4 +62,5 @@ private:
     qint64 counted = 0;
     qint64 limit = std::numeric_limits<qint64>::max();
     bool cut = false;
+    bool partial = false; // the last line kept goes on in the next bytes
 };

@@ -1,7 +1,37 @@
 #include "blocktext.h"
 
+#include <QStringDecoder>
+
 #include <algorithm>
 #include <cstring>
+
+namespace
+{
+
+constexpr qsizetype chunkBytes = 4096;
+
+bool isContinuation(char c)
+{
+    return (quint8(c) & 0xC0) == 0x80;
+}
+
+// Each chunk decodes on its own, so that every slice of a long line agrees
+// with its length; a chunk starts at a character's start where it can.
+qsizetype chunkStart(QByteArrayView bytes, qsizetype at)
+{
+    for (int step = 0; step < 3 && at < bytes.size() && isContinuation(bytes[at]); ++step)
+        ++at;
+    return at;
+}
+
+// UTF-8 never gives more UTF-16 units than bytes, replacements included.
+qsizetype decodeChunk(QByteArrayView bytes, QChar* out)
+{
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    return decoder.appendToBuffer(out, bytes) - out;
+}
+
+} // namespace
 
 BlockText BlockText::fromString(const QString& text)
 {
@@ -34,6 +64,20 @@ void BlockText::appendLine(const char* data, qsizetype size)
         offsets.clear();
 }
 
+void BlockText::appendToLastLine(const char* data, qsizetype size)
+{
+    if (ends.empty()) {
+        appendLine(data, size);
+        return;
+    }
+    bytes.append(data, size);
+    ends.back() = bytes.size();
+    if (lineView(lineCount() - 1).size() > lineView(longest).size())
+        longest = lineCount() - 1;
+    offsets.clear();
+    longLines.erase(lineCount() - 1);
+}
+
 void BlockText::prependLine(QByteArrayView line)
 {
     // In place, with no more room than it needs: this comes when memory is
@@ -54,6 +98,7 @@ void BlockText::prependLine(QByteArrayView line)
     else
         longest = 0;
     offsets.clear();
+    longLines.clear();
 }
 
 qint64 BlockText::memoryUse() const
@@ -93,6 +138,8 @@ QByteArray BlockText::lineBytes(qsizetype line) const
 
 QString BlockText::line(qsizetype line) const
 {
+    if (isLong(line))
+        return lineSlice(line, 0, lineLength(line));
     return QString::fromUtf8(lineView(line));
 }
 
@@ -125,6 +172,8 @@ bool BlockText::isAscii(QByteArrayView view)
 
 qsizetype BlockText::lineLength(qsizetype line) const
 {
+    if (isLong(line))
+        return longLine(line).length;
     const QByteArrayView view = lineView(line);
     // Invalid bytes decode to U+FFFD, so only decoding tells the length.
     return isAscii(view) ? view.size() : QString::fromUtf8(view).size();
@@ -155,4 +204,71 @@ qsizetype BlockText::lineAtOffset(qsizetype offset) const
     // The last line starting at or before the offset.
     const auto it = std::upper_bound(offsets.begin(), offsets.end(), qint64(offset));
     return std::clamp<qsizetype>(it - offsets.begin() - 1, 0, lineCount());
+}
+
+bool BlockText::isAsciiLine(qsizetype line) const
+{
+    return isLong(line) ? longLine(line).ascii : isAscii(lineView(line));
+}
+
+const BlockText::LongLine& BlockText::longLine(qsizetype line) const
+{
+    const auto found = longLines.find(line);
+    if (found != longLines.end())
+        return found->second;
+    return longLines.emplace(line, indexLine(lineView(line))).first->second;
+}
+
+BlockText::LongLine BlockText::indexLine(QByteArrayView bytes) const
+{
+    LongLine index;
+    index.length = bytes.size();
+    if (isAscii(bytes))
+        return index;
+    index.ascii = false;
+    QString buffer(chunkBytes + 4, Qt::Uninitialized);
+    qint64 column = 0;
+    for (qsizetype at = 0; at < bytes.size();) {
+        const qsizetype next = chunkStart(bytes, std::min(at + chunkBytes, bytes.size()));
+        index.chunkBytes.push_back(at);
+        index.chunkColumns.push_back(column);
+        column += decodeChunk(bytes.sliced(at, next - at), buffer.data());
+        at = next;
+    }
+    index.length = column;
+    return index;
+}
+
+QString BlockText::lineSlice(qsizetype line, qsizetype column, qsizetype length) const
+{
+    const QByteArrayView bytes = lineView(line);
+    if (!isLong(line))
+        return QString::fromUtf8(bytes).mid(column, length);
+    const LongLine& index = longLine(line);
+    column = std::clamp<qsizetype>(column, 0, index.length);
+    length = std::clamp<qsizetype>(length, 0, index.length - column);
+    if (index.ascii)
+        return QString::fromLatin1(bytes.sliced(column, length));
+    // From the chunk holding the column, chunk by chunk, as the index counted.
+    const auto& starts = index.chunkColumns;
+    size_t chunk = size_t(std::upper_bound(starts.begin(), starts.end(), column) - starts.begin()) - 1;
+    const qsizetype skip = column - starts[chunk];
+    QString decoded(skip + length + chunkBytes + 4, Qt::Uninitialized);
+    qsizetype filled = 0;
+    for (; filled < skip + length && chunk < starts.size(); ++chunk) {
+        const qint64 from = index.chunkBytes[chunk];
+        const qint64 to = chunk + 1 < starts.size() ? index.chunkBytes[chunk + 1] : bytes.size();
+        filled += decodeChunk(bytes.sliced(from, to - from), decoded.data() + filled);
+    }
+    return decoded.mid(skip, length);
+}
+
+QString BlockText::lineAround(qsizetype line, qsizetype column, qsizetype& start) const
+{
+    constexpr qsizetype reach = 2048;
+    start = 0;
+    if (!isLong(line))
+        return this->line(line);
+    start = std::max<qsizetype>(0, column - reach);
+    return lineSlice(line, start, column + reach - start);
 }

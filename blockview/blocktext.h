@@ -4,6 +4,7 @@
 #include <QByteArrayView>
 #include <QString>
 
+#include <unordered_map>
 #include <vector>
 
 // The text of one block page, held compactly: the lines' bytes (UTF-8, no
@@ -21,6 +22,8 @@ public:
     void reserve(qsizetype bytes);
     // One line, without its line end.
     void appendLine(const char* data, qsizetype size);
+    // More of the last line, read in parts when it is longer than a buffer.
+    void appendToLastLine(const char* data, qsizetype size);
     // A line put before all others (a note about the text); moves them all.
     void prependLine(QByteArrayView line);
     // What the text holds in memory, its bytes and its index together, now
@@ -54,11 +57,37 @@ public:
 
     static bool isAscii(QByteArrayView bytes);
 
+    // A line longer than this is never decoded whole: its length, its
+    // slices and its plainness come from an index of its 4 KiB chunks,
+    // each decoded on its own, made when the line is first asked about.
+    static constexpr qsizetype longLineBytes = 16 * 1024;
+    bool isLong(qsizetype line) const { return lineView(line).size() > longLineBytes; }
+    // Whether a line is plain ASCII (remembered for long lines).
+    bool isAsciiLine(qsizetype line) const;
+    // UTF-16 units [column, column + length) of a line, decoding only the
+    // bytes they come from; clamped to the line.
+    QString lineSlice(qsizetype line, qsizetype column, qsizetype length) const;
+    // A stretch of a line around a column, enough for a word or sentence
+    // around it: the whole line when it is short. start: its first column.
+    QString lineAround(qsizetype line, qsizetype column, qsizetype& start) const;
+
 private:
     void makeOffsets() const;
+
+    struct LongLine {
+        bool ascii = true;
+        qsizetype length = 0;
+        // Where each chunk starts, in bytes and in UTF-16 units; empty for
+        // plain ASCII, where the two are the same.
+        std::vector<qint64> chunkBytes;
+        std::vector<qint64> chunkColumns;
+    };
+    const LongLine& longLine(qsizetype line) const;
+    LongLine indexLine(QByteArrayView bytes) const;
 
     QByteArray bytes;
     std::vector<qint64> ends; // one past each line's last byte
     qsizetype longest = -1;
     mutable std::vector<qint64> offsets; // lineCount() + 1 entries once made
+    mutable std::unordered_map<qsizetype, LongLine> longLines;
 };

@@ -31,7 +31,9 @@ constexpr int margin = 4; // left and right of the text, as in a text edit
 constexpr int topMargin = 2;
 constexpr int autoScrollMs = 50;
 constexpr qsizetype layoutCacheMin = 512;
+constexpr int runsInSight = 8; // runs kept laid out for each line in sight
 constexpr int tabColumns = 8;
+constexpr qint64 findBarTextMax = 1024; // a selection taken into the find bar
 // Wider than any line, so that nothing wraps.
 constexpr qreal unlimitedWidth = qreal(INT_MAX / 256);
 
@@ -39,6 +41,12 @@ QString shortcutText(QKeySequence::StandardKey key)
 {
     const QKeySequence sequence(key);
     return sequence.isEmpty() ? QString() : "\t" + sequence.toString(QKeySequence::NativeText);
+}
+
+// Places far out of sight stay far out of sight, without overflow.
+int viewX(qreal x)
+{
+    return int(std::clamp<qreal>(x, INT_MIN / 2, INT_MAX / 2));
 }
 
 bool isCtrlInsert(const QKeyEvent* event)
@@ -101,10 +109,9 @@ QString BlockView::textBetween(Pos from, Pos to) const
     result.reserve(qsizetype(std::min<qint64>(bytesBetween(from, to) + 1, INT_MAX)));
     const qsizetype last = std::min(to.line, text.lineCount() - 1);
     for (qsizetype line = from.line; line <= last; ++line) {
-        const QString whole = text.line(line);
         const qsizetype start = line == from.line ? from.column : 0;
-        const qsizetype end = line == to.line ? to.column : whole.size();
-        result += QStringView(whole).mid(start, end - start);
+        const qsizetype end = line == to.line ? to.column : text.lineLength(line);
+        result += text.lineSlice(line, start, end - start);
         if (line < to.line)
             result += QLatin1Char('\n');
     }
@@ -129,9 +136,14 @@ int BlockView::lineTop(qsizetype line) const
     return int(std::clamp<qsizetype>(top, INT_MIN / 2, INT_MAX / 2));
 }
 
-int BlockView::textLeft() const
+qreal BlockView::scrolledX() const
 {
-    return margin - horizontalScrollBar()->value();
+    return qreal(horizontalScrollBar()->value()) * hScale;
+}
+
+qreal BlockView::textLeft() const
+{
+    return margin - scrolledX();
 }
 
 int BlockView::caretWidth() const
@@ -147,12 +159,13 @@ QRect BlockView::lineRect(qsizetype line) const
 QRect BlockView::cursorRect() const
 {
     const Pos at = clamped(cursor);
-    return QRect(textLeft() + int(xOf(at)), lineTop(at.line), caretWidth(), lineSpacing);
+    return QRect(viewX(textLeft() + xOf(at)), lineTop(at.line), caretWidth(), lineSpacing);
 }
 
 void BlockView::updateMetrics()
 {
     lineSpacing = std::max(1, QFontMetrics(font()).lineSpacing());
+    columnWidth = std::max<qreal>(1, QFontMetricsF(font()).horizontalAdvance(QLatin1Char('0')));
     layouts.clear();
     widest = 0;
     if (text.longestLine() >= 0)
@@ -172,46 +185,70 @@ void BlockView::updateScrollBars()
     vertical->setSingleStep(1);
     QScrollBar* horizontal = horizontalScrollBar();
     const int width = viewport()->width();
-    const qreal content = std::ceil(widest) + 2 * margin + caretWidth();
-    horizontal->setRange(0, int(std::max<qreal>(0, std::min<qreal>(content - width, INT_MAX))));
-    horizontal->setPageStep(width);
-    horizontal->setSingleStep(std::max(1, 2 * QFontMetrics(font()).averageCharWidth()));
+    const qreal over = std::max<qreal>(0, std::ceil(widest) + 2 * margin + caretWidth() - width);
+    const qreal scrolled = scrolledX();
+    hScale = int(std::max<qreal>(1, std::ceil(over / (INT_MAX / 2))));
+    horizontal->setRange(0, int(std::ceil(over / hScale)));
+    horizontal->setValue(int(scrolled / hScale));
+    horizontal->setPageStep(std::max(1, width / hScale));
+    horizontal->setSingleStep(std::max(1, 2 * QFontMetrics(font()).averageCharWidth() / hScale));
 }
 
 void BlockView::ensureVisible(Pos pos)
 {
+    const Pos at = clamped(pos);
+    const qreal x = xOf(at); // from the start of the text; may widen the range
     if (rangeUpdatePending)
         updateScrollBars();
-    const Pos at = clamped(pos);
     QScrollBar* vertical = verticalScrollBar();
     if (at.line < firstLine())
         vertical->setValue(int(at.line));
     else if (at.line >= firstLine() + visibleLines())
         vertical->setValue(int(at.line - visibleLines() + 1));
     QScrollBar* horizontal = horizontalScrollBar();
-    const int x = int(xOf(at)); // from the start of the text
-    const int room = viewport()->width() - 2 * margin - caretWidth();
-    if (x < horizontal->value())
-        horizontal->setValue(x);
-    else if (x > horizontal->value() + room)
-        horizontal->setValue(x - room);
+    const qreal room = viewport()->width() - 2 * margin - caretWidth();
+    if (x < scrolledX())
+        horizontal->setValue(int(std::floor(x / hScale)));
+    else if (x > scrolledX() + room)
+        horizontal->setValue(int(std::ceil((x - room) / hScale)));
 }
 
 // --- Layouts
 
-const QTextLayout& BlockView::layoutOf(qsizetype line) const
+qsizetype BlockView::runCount(qsizetype line) const
 {
-    const auto found = layouts.find(line);
-    if (found != layouts.end())
-        return *found->second;
-    if (qsizetype(layouts.size()) >= std::max<qsizetype>(layoutCacheMin, 4 * visibleLines()))
-        layouts.clear();
-    return *layouts.emplace(line, makeLayout(line)).first->second;
+    if (!text.isLong(line))
+        return 1;
+    return std::max<qsizetype>(1, (text.lineLength(line) + runColumns - 1) / runColumns);
 }
 
-std::unique_ptr<QTextLayout> BlockView::makeLayout(qsizetype line) const
+// The run holding the place before a column; the last run holds the end.
+qsizetype BlockView::runOf(qsizetype line, qsizetype column) const
 {
-    QString shown = text.line(line);
+    return text.isLong(line) ? std::clamp<qsizetype>(column / runColumns, 0, runCount(line) - 1)
+                             : 0;
+}
+
+qsizetype BlockView::runStart(qsizetype, qsizetype run) const
+{
+    return run * runColumns;
+}
+
+const QTextLayout& BlockView::layoutOf(qsizetype line, qsizetype run) const
+{
+    const auto key = std::make_pair(line, run);
+    const auto found = layouts.find(key);
+    if (found != layouts.end())
+        return *found->second;
+    if (qsizetype(layouts.size()) >= std::max<qsizetype>(layoutCacheMin, runsInSight * visibleLines()))
+        layouts.clear();
+    return *layouts.emplace(key, makeLayout(line, run)).first->second;
+}
+
+std::unique_ptr<QTextLayout> BlockView::makeLayout(qsizetype line, qsizetype run) const
+{
+    const bool isLong = text.isLong(line);
+    QString shown = isLong ? text.lineSlice(line, runStart(line, run), runColumns) : text.line(line);
     // Separators would break the line in two; everything else shows as is.
     for (QChar& c : shown)
         if (c == QChar::LineSeparator || c == QChar::ParagraphSeparator)
@@ -228,7 +265,8 @@ std::unique_ptr<QTextLayout> BlockView::makeLayout(qsizetype line) const
     row.setLineWidth(unlimitedWidth);
     row.setPosition(QPointF(0, 0));
     layout->endLayout();
-    noteWidth(row.naturalTextWidth());
+    const qreal width = row.naturalTextWidth();
+    noteWidth(isLong ? std::max(runX(run) + width, text.lineLength(line) * columnWidth) : width);
     return layout;
 }
 
@@ -253,7 +291,23 @@ qreal BlockView::xOf(Pos pos) const
 {
     if (pos.line < 0 || pos.line >= text.lineCount())
         return 0;
-    return layoutOf(pos.line).lineAt(0).cursorToX(int(pos.column));
+    const qsizetype run = runOf(pos.line, pos.column);
+    const int column = int(pos.column - runStart(pos.line, run));
+    return runX(run) + layoutOf(pos.line, run).lineAt(0).cursorToX(column);
+}
+
+// The column at x from the start of the text: in a long line, in the run
+// whose columns lie under x.
+qsizetype BlockView::columnAt(qsizetype line, qreal x, bool onCharacter) const
+{
+    const qreal span = runColumns * columnWidth;
+    const qsizetype run =
+        text.isLong(line)
+            ? qsizetype(std::clamp<qreal>(std::floor(x / span), 0, qreal(runCount(line) - 1)))
+            : 0;
+    const auto mode =
+        onCharacter ? QTextLine::CursorOnCharacter : QTextLine::CursorBetweenCharacters;
+    return runStart(line, run) + layoutOf(line, run).lineAt(0).xToCursor(x - runX(run), mode);
 }
 
 BlockView::Pos BlockView::posAt(const QPoint& point, bool onCharacter) const
@@ -262,9 +316,7 @@ BlockView::Pos BlockView::posAt(const QPoint& point, bool onCharacter) const
         return {};
     const qsizetype row = qsizetype(std::floor(double(point.y() - topMargin) / lineSpacing));
     const qsizetype line = std::clamp<qsizetype>(firstLine() + row, 0, text.lineCount() - 1);
-    const auto mode =
-        onCharacter ? QTextLine::CursorOnCharacter : QTextLine::CursorBetweenCharacters;
-    return {line, layoutOf(line).lineAt(0).xToCursor(point.x() - textLeft(), mode)};
+    return {line, columnAt(line, point.x() - textLeft(), onCharacter)};
 }
 
 // --- Painting
@@ -282,28 +334,54 @@ void BlockView::paintEvent(QPaintEvent* event)
 
 void BlockView::paintLine(QPainter& painter, qsizetype line) const
 {
-    const QTextLayout& layout = layoutOf(line);
-    const QPointF origin(textLeft(), lineTop(line));
+    // The runs under the viewport, and one more each side for glyphs that
+    // reach over their run's edge.
+    qsizetype first = 0;
+    qsizetype last = 0;
+    if (text.isLong(line)) {
+        const qreal span = runColumns * columnWidth;
+        const qreal left = scrolledX() - margin;
+        first = qsizetype(std::max<qreal>(0, std::floor(left / span) - 1));
+        last = std::min(runCount(line) - 1, qsizetype((left + viewport()->width()) / span) + 1);
+    }
+    for (qsizetype run = first; run <= last; ++run)
+        paintRun(painter, line, run);
+    const qreal top = lineTop(line);
+    const qsizetype length = text.lineLength(line);
+    if (hasSelection() && selectionStart().line <= line && line < selectionEnd().line &&
+        runOf(line, length) <= last) { // its line feed is selected too
+        const auto group = hasFocus() ? QPalette::Active : QPalette::Inactive;
+        const qreal x = textLeft() + xOf({line, length});
+        const qreal blank = QFontMetricsF(font()).horizontalAdvance(' ');
+        painter.fillRect(QRectF(x, top, blank, lineSpacing), palette().brush(group, QPalette::Highlight));
+    }
+    const qsizetype caretRun = runOf(line, cursor.column);
+    if (line == cursor.line && caretOn && hasFocus() && first <= caretRun && caretRun <= last)
+        layoutOf(line, caretRun)
+            .drawCursor(&painter, QPointF(textLeft() + runX(caretRun), top),
+                        int(cursor.column - runStart(line, caretRun)), caretWidth());
+}
+
+void BlockView::paintRun(QPainter& painter, qsizetype line, qsizetype run) const
+{
+    const QTextLayout& layout = layoutOf(line, run);
+    const qsizetype start = runStart(line, run);
+    const qsizetype end = start + layout.text().size();
     QVector<QTextLayout::FormatRange> selections;
-    const Pos start = selectionStart();
-    const Pos end = selectionEnd();
-    if (hasSelection() && start.line <= line && line <= end.line) {
+    const Pos from = selectionStart();
+    const Pos to = selectionEnd();
+    if (hasSelection() && from.line <= line && line <= to.line) {
+        const qsizetype a = line == from.line ? std::max(start, from.column) : start;
+        const qsizetype b = line == to.line ? std::min(end, to.column) : end;
         const auto group = hasFocus() ? QPalette::Active : QPalette::Inactive;
         QTextLayout::FormatRange range;
-        range.start = int(line == start.line ? start.column : 0);
-        range.length = int(line == end.line ? end.column : layout.text().size()) - range.start;
+        range.start = int(a - start);
+        range.length = int(std::max<qsizetype>(0, b - a));
         range.format.setBackground(palette().brush(group, QPalette::Highlight));
         range.format.setForeground(palette().brush(group, QPalette::HighlightedText));
         selections.append(range);
-        if (line < end.line) { // its line feed is selected too
-            const qreal x = origin.x() + layout.lineAt(0).naturalTextWidth();
-            const qreal blank = QFontMetricsF(font()).horizontalAdvance(' ');
-            painter.fillRect(QRectF(x, origin.y(), blank, lineSpacing), range.format.background());
-        }
     }
-    layout.draw(&painter, origin, selections);
-    if (line == cursor.line && caretOn && hasFocus())
-        layout.drawCursor(&painter, origin, int(cursor.column), caretWidth());
+    layout.draw(&painter, QPointF(textLeft() + runX(run), lineTop(line)), selections);
 }
 
 void BlockView::scrollContentsBy(int, int)
@@ -488,13 +566,19 @@ BlockView::Pos BlockView::moved(Pos from, Move move) const
 // One character (a whole cluster) or word on, crossing line ends.
 BlockView::Pos BlockView::stepped(Pos from, bool forward, bool words) const
 {
-    const QTextLayout& layout = layoutOf(from.line);
     const auto mode = words ? QTextLayout::SkipWords : QTextLayout::SkipCharacters;
-    const int column = int(from.column);
-    if (forward && column < layout.text().size())
-        return {from.line, layout.nextCursorPosition(column, mode)};
-    if (!forward && column > 0)
-        return {from.line, layout.previousCursorPosition(column, mode)};
+    if (forward && from.column < text.lineLength(from.line)) {
+        const qsizetype run = runOf(from.line, from.column);
+        const qsizetype start = runStart(from.line, run);
+        const QTextLayout& layout = layoutOf(from.line, run);
+        return {from.line, start + layout.nextCursorPosition(int(from.column - start), mode)};
+    }
+    if (!forward && from.column > 0) {
+        const qsizetype run = runOf(from.line, from.column - 1);
+        const qsizetype start = runStart(from.line, run);
+        const QTextLayout& layout = layoutOf(from.line, run);
+        return {from.line, start + layout.previousCursorPosition(int(from.column - start), mode)};
+    }
     if (forward)
         return from.line + 1 < text.lineCount() ? Pos{from.line + 1, 0} : from;
     return from.line > 0 ? Pos{from.line - 1, text.lineLength(from.line - 1)} : from;
@@ -504,23 +588,26 @@ BlockView::Pos BlockView::besideLine(Pos from, qsizetype lines) const
 {
     const qsizetype line = std::clamp<qsizetype>(from.line + lines, 0, text.lineCount() - 1);
     const qreal x = preferredX >= 0 ? preferredX : xOf(from);
-    return {line, layoutOf(line).lineAt(0).xToCursor(x)};
+    return {line, columnAt(line, x)};
 }
 
 void BlockView::selectWordAt(const QPoint& point)
 {
+    if (text.lineCount() == 0)
+        return;
     const Pos at = posAt(point, true);
-    const QString line = text.lineCount() > 0 ? layoutOf(at.line).text() : QString();
+    qsizetype offset = 0;
+    const QString line = text.lineAround(at.line, at.column, offset);
     if (line.isEmpty())
         return;
     // The boundary item holding the character under the pointer.
-    const int column = int(std::min<qsizetype>(at.column, line.size() - 1));
+    const int column = int(std::min<qsizetype>(at.column - offset, line.size() - 1));
     QTextBoundaryFinder finder(QTextBoundaryFinder::Word, line);
     finder.setPosition(column + 1);
     const qsizetype start = std::max<qsizetype>(0, finder.toPreviousBoundary());
     finder.setPosition(column);
     const qsizetype end = finder.toNextBoundary();
-    setAnchorAndCursor({at.line, start}, {at.line, end < 0 ? line.size() : end});
+    setAnchorAndCursor({at.line, offset + start}, {at.line, offset + (end < 0 ? line.size() : end)});
 }
 
 int BlockView::offsetOf(Pos pos) const
@@ -728,7 +815,7 @@ void BlockView::mouseReleaseEvent(QMouseEvent* event)
     dragging = false;
     scrollTimer.stop();
     QClipboard* clipboard = QGuiApplication::clipboard();
-    if (hasSelection() && clipboard->supportsSelection())
+    if (hasSelection() && clipboard->supportsSelection() && selectionBytes() <= copyLimit)
         clipboard->setText(selectedText(), QClipboard::Selection);
 }
 
@@ -850,7 +937,8 @@ void BlockView::openFindBar()
         connect(findBar, &BlockViewFindBar::findRequested, this, &BlockView::findFromBar);
         connect(findBar, &BlockViewFindBar::closed, this, &BlockView::closeFindBar);
     }
-    const bool oneLine = hasSelection() && selectionStart().line == selectionEnd().line;
+    const bool oneLine = hasSelection() && selectionStart().line == selectionEnd().line &&
+                         selectionBytes() <= findBarTextMax;
     findBar->open(oneLine ? selectedText() : QString());
     placeFindBar();
 }

@@ -7,8 +7,8 @@
 
 #include <algorithm>
 #include <functional>
+#include <map>
 #include <memory>
-#include <unordered_map>
 
 class BlockViewFindBar;
 class QMenu;
@@ -102,23 +102,37 @@ private:
         LastLine // the start of the last line: End alone, as in a read-only view
     };
 
-    // Geometry: lines scroll whole, one scroll bar step a line.
+    // Geometry: lines scroll whole, one scroll bar step a line; sideways a
+    // step is hScale pixels, so that a line wider than the scroll bar's
+    // range is still reached to its end.
     qsizetype firstLine() const;
     int visibleLines() const;
     int lineTop(qsizetype line) const;
-    int textLeft() const;
+    qreal scrolledX() const;
+    qreal textLeft() const;
     int caretWidth() const;
     void updateMetrics();
     void updateScrollBars();
     void ensureVisible(Pos pos);
 
-    // Each line in sight is laid out once and kept while it stays near.
-    const QTextLayout& layoutOf(qsizetype line) const;
-    std::unique_ptr<QTextLayout> makeLayout(qsizetype line) const;
+    // A line is laid out in runs: a short one as one run, a long one in
+    // runs of runColumns units, each placed as if every unit took a column
+    // of the fixed-pitch font, so that only the runs in sight are ever laid
+    // out or painted. Each run in sight is laid out once and kept while it
+    // stays near.
+    static constexpr qsizetype runColumns = 1024;
+    qsizetype runCount(qsizetype line) const;
+    qsizetype runOf(qsizetype line, qsizetype column) const;
+    qsizetype runStart(qsizetype line, qsizetype run) const;
+    qreal runX(qsizetype run) const { return qreal(run) * runColumns * columnWidth; }
+    const QTextLayout& layoutOf(qsizetype line, qsizetype run = 0) const;
+    std::unique_ptr<QTextLayout> makeLayout(qsizetype line, qsizetype run) const;
     void noteWidth(qreal width) const;
     qreal xOf(Pos pos) const;
+    qsizetype columnAt(qsizetype line, qreal x, bool onCharacter = false) const;
     Pos posAt(const QPoint& point, bool onCharacter = false) const;
     void paintLine(QPainter& painter, qsizetype line) const;
+    void paintRun(QPainter& painter, qsizetype line, qsizetype run) const;
 
     // The cursor and the selection between the anchor and it.
     Pos clamped(Pos pos) const;
@@ -168,9 +182,11 @@ private:
     Pos cursor;
     qreal preferredX = -1; // kept over up and down moves
     int lineSpacing = 1;
+    qreal columnWidth = 1; // a unit of a long line
+    int hScale = 1;
     mutable qreal widest = 0; // the widest line laid out so far
     mutable bool rangeUpdatePending = false;
-    mutable std::unordered_map<qsizetype, std::unique_ptr<QTextLayout>> layouts;
+    mutable std::map<std::pair<qsizetype, qsizetype>, std::unique_ptr<QTextLayout>> layouts;
     bool dragging = false;
     QPoint dragPoint;
     QBasicTimer scrollTimer;

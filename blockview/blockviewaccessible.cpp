@@ -131,8 +131,9 @@ BlockViewAccessible::itemAt(qsizetype offset, QAccessible::TextBoundaryType type
     // A line is given with its line feed, as Qt's own text views give it.
     if (type == QAccessible::LineBoundary || type == QAccessible::ParagraphBoundary)
         return {start, end};
-    const QString shown = text.line(line);
-    const int column = int(offset - start);
+    qsizetype around = 0;
+    const QString shown = text.lineAround(line, offset - start, around);
+    const int column = int(offset - start - around);
     if (column >= shown.size())
         return {offset, offset + 1}; // the line feed
     QTextBoundaryFinder finder(type == QAccessible::CharBoundary   ? QTextBoundaryFinder::Grapheme
@@ -143,7 +144,7 @@ BlockViewAccessible::itemAt(qsizetype offset, QAccessible::TextBoundaryType type
     const qsizetype from = std::max<qsizetype>(0, finder.toPreviousBoundary());
     finder.setPosition(column);
     const qsizetype to = finder.toNextBoundary();
-    return {start + from, start + (to < 0 ? shown.size() : to)};
+    return {start + around + from, start + around + (to < 0 ? shown.size() : to)};
 }
 
 QString BlockViewAccessible::item(std::pair<qsizetype, qsizetype> range, int* startOffset,
@@ -202,8 +203,9 @@ QRect BlockViewAccessible::characterRect(int offset) const
     // a huge range must not lay out every line of it.
     if (at.line < v->firstLine() || at.line > v->firstLine() + v->visibleLines())
         return QRect();
-    const int left = v->textLeft() + int(v->xOf(at));
-    const int right = v->textLeft() + int(v->xOf({at.line, at.column + 1}));
+    const int left = int(std::clamp<qreal>(v->textLeft() + v->xOf(at), INT_MIN / 2, INT_MAX / 2));
+    const int right = int(std::clamp<qreal>(v->textLeft() + v->xOf({at.line, at.column + 1}),
+                                            INT_MIN / 2, INT_MAX / 2));
     const QRect local(left, v->lineTop(at.line), std::max(1, right - left), v->lineSpacing);
     return QRect(v->viewport()->mapToGlobal(local.topLeft()), local.size());
 }

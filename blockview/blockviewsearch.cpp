@@ -59,13 +59,44 @@ BlockViewSearch::Hit BlockViewSearch::find(qsizetype line, qsizetype column, boo
 qsizetype BlockViewSearch::inLine(qsizetype line, qsizetype from, bool backward) const
 {
     const QByteArrayView bytes = text.lineView(line);
-    if (BlockText::isAscii(bytes))
+    if (text.isAsciiLine(line))
         return ascii.isEmpty() ? -1 : inAscii(bytes, from, backward);
+    if (text.isLong(line))
+        return inLongLine(line, from, backward);
     const QString decoded = QString::fromUtf8(bytes);
     if (!backward)
         return decoded.indexOf(needle, from, cs);
     // A negative start would count from the end.
     return decoded.lastIndexOf(needle, std::min(from, decoded.size()), cs);
+}
+
+// A long line is decoded a window at a time; windows overlap by the
+// needle's length, so that a match across their edge is found.
+qsizetype BlockViewSearch::inLongLine(qsizetype line, qsizetype from, bool backward) const
+{
+    constexpr qsizetype window = qsizetype(1) << 20;
+    const qsizetype length = text.lineLength(line);
+    const qsizetype overlap = needle.size() - 1;
+    if (!backward) {
+        for (qsizetype start = std::max<qsizetype>(0, from); start < length; start += window) {
+            const qsizetype found =
+                text.lineSlice(line, start, window + overlap).indexOf(needle, 0, cs);
+            if (found >= 0)
+                return start + found;
+        }
+        return -1;
+    }
+    // from: the last start allowed.
+    for (qsizetype end = std::min(from, length); end >= 0; end -= window) {
+        const qsizetype start = std::max<qsizetype>(0, end - window + 1);
+        const qsizetype found =
+            text.lineSlice(line, start, end - start + 1 + overlap).lastIndexOf(needle, -1, cs);
+        if (found >= 0 && start + found <= end)
+            return start + found;
+        if (start == 0)
+            break;
+    }
+    return -1;
 }
 
 qsizetype BlockViewSearch::inAscii(QByteArrayView line, qsizetype from, bool backward) const
