@@ -7,12 +7,10 @@
 #include "blockchartview.h"
 #include "blockpage.h"
 #include "blocktableview.h"
+#include "reportpage.h"
 #include "residentmemory.h"
-#include "zebreport.h"
 
 #include <QApplication>
-#include <QDateTime>
-#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
@@ -69,26 +67,9 @@ Step measured(Probe& probe, const std::function<void()>& action)
     return {double(timer.nsecsElapsed()) / 1e6, double(statusKiB("VmHWM:") - before) / 1024};
 }
 
-// The browser's road from the tool's end: the report of block 8 read back
-// onto a page.
 BlockPage* openPage(const QString& path)
 {
-    QDir::setCurrent(QFileInfo(path).path());
-    QFile("report.zeb").open(QIODevice::WriteOnly);
-    // The report is there; the run only marks it as its own.
-    ZEBReport::runTool = [name = QFileInfo(path).fileName()](const std::string&) {
-        QFile file(name);
-        file.open(QIODevice::ReadWrite);
-        file.setFileTime(QDateTime::currentDateTime(), QFileDevice::FileModificationTime);
-        return 1 << 8;
-    };
-    ZEBReport job("report.zeb", "1");
-    auto* tab = new QWidget;
-    job.showBlock(tab, 8);
-    tab->resize(1100, 700);
-    tab->show();
-    QCoreApplication::processEvents();
-    return tab->findChild<BlockPage*>();
+    return openReportPage(path, QSize(1100, 700))->findChild<BlockPage*>();
 }
 
 void row(const char* what, double value, const char* unit, const char* goal, bool met)
@@ -102,9 +83,6 @@ int main(int argc, char** argv)
 {
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    // The page is made by showBlock, which wants a translator; nothing runs.
-    if (qEnvironmentVariableIsEmpty("OKT_ZEB2MTX"))
-        qputenv("OKT_ZEB2MTX", "/bin/true");
     QApplication app(argc, argv);
     const qint64 lines = argc > 1 ? std::max(1LL, QByteArray(argv[1]).toLongLong()) : 1000000;
     QTemporaryDir dir;

@@ -7,15 +7,12 @@
 //     bench_blockview [LINES]      default: 10000, 100000 and 1000000 in turn
 #include "blockreader.h"
 #include "blockview.h"
+#include "reportpage.h"
 #include "residentmemory.h"
-#include "zebreport.h"
 
 #include <QApplication>
-#include <QDateTime>
-#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
-#include <QFileInfo>
 #include <QKeyEvent>
 #include <QProcess>
 #include <QScrollBar>
@@ -72,26 +69,9 @@ double timed(Probe& probe, const std::function<void()>& action)
     return double(timer.nsecsElapsed()) / 1e6;
 }
 
-// The browser's own road from the tool's end: the report of block 8 (nine
-// leading lines) read back onto a page, progress dialog and all.
 QAbstractScrollArea* openPage(const QString& path)
 {
-    const QFileInfo report(path);
-    QDir::setCurrent(report.path());
-    QFile(report.completeBaseName() + ".zeb").open(QIODevice::WriteOnly);
-    // The report is there; the run only marks it as its own.
-    ZEBReport::runTool = [name = report.fileName()](const std::string&) {
-        QFile file(name);
-        file.open(QIODevice::ReadWrite);
-        file.setFileTime(QDateTime::currentDateTime(), QFileDevice::FileModificationTime);
-        return 1 << 8;
-    };
-    ZEBReport job(report.completeBaseName() + ".zeb", "1");
-    auto* page = new QWidget;
-    job.showBlock(page, 8);
-    page->resize(900, 600);
-    page->show();
-    return page->findChild<BlockView*>();
+    return openReportPage(path, QSize(900, 600))->findChild<BlockView*>();
 }
 
 QAbstractScrollArea* openPlain(const QString& path)

@@ -251,7 +251,8 @@ QString BlockText::lineSlice(qsizetype line, qsizetype column, qsizetype length)
         return QString::fromLatin1(bytes.sliced(column, length));
     // From the chunk holding the column, chunk by chunk, as the index counted.
     const auto& starts = index.chunkColumns;
-    size_t chunk = size_t(std::upper_bound(starts.begin(), starts.end(), column) - starts.begin()) - 1;
+    size_t chunk =
+        size_t(std::upper_bound(starts.begin(), starts.end(), column) - starts.begin()) - 1;
     const qsizetype skip = column - starts[chunk];
     QString decoded(skip + length + chunkBytes + 4, Qt::Uninitialized);
     qsizetype filled = 0;

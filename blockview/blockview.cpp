@@ -240,7 +240,8 @@ const QTextLayout& BlockView::layoutOf(qsizetype line, qsizetype run) const
     const auto found = layouts.find(key);
     if (found != layouts.end())
         return *found->second;
-    if (qsizetype(layouts.size()) >= std::max<qsizetype>(layoutCacheMin, runsInSight * visibleLines()))
+    if (qsizetype(layouts.size()) >=
+        std::max<qsizetype>(layoutCacheMin, runsInSight * visibleLines()))
         layouts.clear();
     return *layouts.emplace(key, makeLayout(line, run)).first->second;
 }
@@ -248,7 +249,8 @@ const QTextLayout& BlockView::layoutOf(qsizetype line, qsizetype run) const
 std::unique_ptr<QTextLayout> BlockView::makeLayout(qsizetype line, qsizetype run) const
 {
     const bool isLong = text.isLong(line);
-    QString shown = isLong ? text.lineSlice(line, runStart(line, run), runColumns) : text.line(line);
+    QString shown =
+        isLong ? text.lineSlice(line, runStart(line, run), runColumns) : text.line(line);
     // Separators would break the line in two; everything else shows as is.
     for (QChar& c : shown)
         if (c == QChar::LineSeparator || c == QChar::ParagraphSeparator)
@@ -353,7 +355,8 @@ void BlockView::paintLine(QPainter& painter, qsizetype line) const
         const auto group = hasFocus() ? QPalette::Active : QPalette::Inactive;
         const qreal x = textLeft() + xOf({line, length});
         const qreal blank = QFontMetricsF(font()).horizontalAdvance(' ');
-        painter.fillRect(QRectF(x, top, blank, lineSpacing), palette().brush(group, QPalette::Highlight));
+        painter.fillRect(QRectF(x, top, blank, lineSpacing),
+                         palette().brush(group, QPalette::Highlight));
     }
     const qsizetype caretRun = runOf(line, cursor.column);
     if (line == cursor.line && caretOn && hasFocus() && first <= caretRun && caretRun <= last)
@@ -607,7 +610,8 @@ void BlockView::selectWordAt(const QPoint& point)
     const qsizetype start = std::max<qsizetype>(0, finder.toPreviousBoundary());
     finder.setPosition(column);
     const qsizetype end = finder.toNextBoundary();
-    setAnchorAndCursor({at.line, offset + start}, {at.line, offset + (end < 0 ? line.size() : end)});
+    setAnchorAndCursor({at.line, offset + start},
+                       {at.line, offset + (end < 0 ? line.size() : end)});
 }
 
 int BlockView::offsetOf(Pos pos) const

@@ -8,7 +8,9 @@
 #include "platform/files.h"
 #include "queuedinputdropper.h"
 
+#include <QCoreApplication>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QGridLayout>
@@ -256,10 +258,18 @@ bool ZEBReport::showBlock(QWidget* page, int block)
     progress.setValue(0); // starts the clock of the minimum duration
     if (progressDialogMade)
         progressDialogMade(progress);
+    QElapsedTimer served;
+    served.start();
     BlockReader reader(
         headerLinesOf(block),
-        [&progress](qint64 estimate) {
+        [&progress, &served](qint64 estimate) {
             progress.setValue(int(qMin<qint64>(estimate, INT_MAX)));
+            // Until the dialog shows, its value alone does not keep the
+            // window painted; input waits for the page.
+            if (!progress.isVisible() && served.elapsed() >= 50) {
+                QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+                served.restart();
+            }
             return !progress.wasCanceled();
         },
         [](const QByteArray& line) { say("skipping: " + line); });
