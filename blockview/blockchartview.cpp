@@ -1,6 +1,7 @@
 #include "blockchartview.h"
 
 #include <QContextMenuEvent>
+#include <QPainter>
 #include <QWheelEvent>
 
 #include <cmath>
@@ -59,4 +60,72 @@ void BlockChartView::contextMenuEvent(QContextMenuEvent* event)
 {
     emit menuRequested(event->globalPos());
     event->accept();
+}
+
+void BlockChartView::resizeEvent(QResizeEvent* event)
+{
+    // A first size, or one before the chart was first painted, is laid out
+    // at once.
+    if (!isVisible() || !painted || event->oldSize().isEmpty() || chart()->series().isEmpty()) {
+        QChartView::resizeEvent(event);
+        return;
+    }
+    if (stretched.isNull())
+        stretched = snapshot.isNull() ? picture() : snapshot;
+    snapshotTimer.stop();
+    settleTimer.start(settleMs, this);
+    viewport()->update();
+}
+
+// The chart as it stands, at its present size.
+QPixmap BlockChartView::picture() const
+{
+    QPixmap pixmap(chart()->size().toSize());
+    pixmap.fill(palette().color(QPalette::Base));
+    QPainter painter(&pixmap);
+    scene()->render(&painter, QRectF(), chart()->geometry());
+    return pixmap;
+}
+
+void BlockChartView::paintEvent(QPaintEvent* event)
+{
+    if (stretched.isNull()) {
+        QChartView::paintEvent(event);
+        painted = true;
+        snapshot = QPixmap();
+        snapshotTimer.start(snapshotMs, this);
+        return;
+    }
+    QPainter painter(viewport());
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawPixmap(viewport()->rect(), stretched);
+}
+
+void BlockChartView::timerEvent(QTimerEvent* event)
+{
+    if (event->timerId() == settleTimer.timerId()) {
+        settle();
+    } else if (event->timerId() == snapshotTimer.timerId()) {
+        snapshotTimer.stop();
+        snapshot = picture();
+    } else {
+        QChartView::timerEvent(event);
+    }
+}
+
+void BlockChartView::hideEvent(QHideEvent* event)
+{
+    QChartView::hideEvent(event);
+    painted = false;
+}
+
+void BlockChartView::settle()
+{
+    if (stretched.isNull())
+        return;
+    settleTimer.stop();
+    stretched = QPixmap();
+    QResizeEvent now(size(), size());
+    QChartView::resizeEvent(&now);
+    viewport()->update();
 }

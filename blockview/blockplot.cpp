@@ -441,6 +441,7 @@ QByteArray BlockPlot::png() const
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
+    view->settle(); // not a stretched picture of a resize in progress
     view->grab().save(&buffer, "PNG");
     return bytes;
 }
@@ -450,6 +451,7 @@ QByteArray BlockPlot::svg() const
     QByteArray bytes;
     QBuffer buffer(&bytes);
     QSvgGenerator generator;
+    view->settle();
     generator.setOutputDevice(&buffer);
     generator.setSize(view->size());
     generator.setViewBox(view->rect());
