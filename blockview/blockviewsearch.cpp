@@ -89,8 +89,8 @@ qsizetype BlockViewSearch::inLongLine(qsizetype line, qsizetype from, bool backw
     // from: the last start allowed.
     for (qsizetype end = std::min(from, length); end >= 0; end -= window) {
         const qsizetype start = std::max<qsizetype>(0, end - window + 1);
-        const qsizetype found =
-            text.lineSlice(line, start, end - start + 1 + overlap).lastIndexOf(needle, -1, cs);
+        const qsizetype found = text.lineSlice(line, start, end - start + 1 + overlap)
+                                    .lastIndexOf(needle, end - start, cs);
         if (found >= 0 && start + found <= end)
             return start + found;
         if (start == 0)
