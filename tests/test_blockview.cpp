@@ -6,15 +6,8 @@
 #include "dialoganswerer.h"
 #include "scratchdir.h"
 
-#include <QAccessible>
-#include <QApplication>
-#include <QBuffer>
-#include <QCheckBox>
-#include <QClipboard>
-#include <QLabel>
-#include <QLineEdit>
-#include <QScrollBar>
 #include <QTest>
+#include <QtWidgets>
 
 namespace
 {
@@ -32,17 +25,19 @@ BlockText readBytes(QByteArray bytes, int header, QList<QByteArray>& skipped,
 const QString sample = "alpha beta\tgamma\nse\u0301cond \uFF57\uFF49\uFF44\uFF45 line\nthird one\n"
                        "abc Mode\nmode x MODE\nGr\u00F6\u00DFe kelvin\n";
 
+// At the browser's size, in a font that is not the interface's.
 struct Page {
     BlockView view;
-    QAccessibleTextInterface* text = nullptr;
+    QAccessibleInterface* face = QAccessible::queryAccessibleInterface(&view);
+    QAccessibleTextInterface* text = face->textInterface();
     explicit Page(const QString& content)
     {
         view.setBlockText(BlockText::fromString(content));
-        view.resize(400, 150);
+        view.setFont(QFont("Courier", 10));
+        view.resize(580, 230);
         view.show();
         view.activateWindow();
         view.setFocus();
-        text = QAccessible::queryAccessibleInterface(&view)->textInterface();
     }
     void keys(const QString& list)
     {
@@ -58,297 +53,235 @@ class TestBlockView : public QObject
     Q_OBJECT
 
 private slots:
-    void reader_data();
-    void reader();
-    void progress_data();
-    void progress();
-    void interact_data();
-    void interact();
-    void endAndPages();
-    void findBarAtWindowSize();
-    void copyOverTheLimit_data();
-    void copyOverTheLimit();
-    void accessible();
+    void reader_data()
+    {
+        using L = QList<QByteArray>;
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<int>("header");
+        QTest::addColumn<L>("kept");
+        QTest::addColumn<L>("skipped");
+        // clang-format off
+        QTest::newRow("LF")               << QByteArray("h\na\nb\n")       << 1 << L{"a", "b"} << L{"h"};
+        QTest::newRow("CRLF")             << QByteArray("h\r\na\r\nb\r\n") << 1 << L{"a", "b"} << L{"h"};
+        // The last line's CR goes as a CRLF's would.
+        QTest::newRow("lone CR, no last end") << QByteArray("a\rb\nc\r\r\nd\r") << 0 << L{"a\rb", "c\r", "d"} << L{};
+        QTest::newRow("NUL shown, not cut") << QByteArray("a\0b\n\0", 5) << 0 << L{"a\uFFFDb", "\uFFFD"} << L{};
+        QTest::newRow("empty dropped, blanks kept") << QByteArray("h\n\na\r\n\r\n  \n\n b \n") << 1 << L{"a", "  ", " b "} << L{"h"};
+        QTest::newRow("short header")     << QByteArray("h1\r\nh2")        << 4 << L{} << L{"h1", "h2", "", ""};
+        QTest::newRow("just the header")  << QByteArray("h1\nh2\n")        << 2 << L{} << L{"h1", "h2"};
+        QTest::newRow("only empty after") << QByteArray("h\n\n\r\n\n")     << 1 << L{} << L{"h"};
+        QTest::newRow("BOM")              << QByteArray("\xEF\xBB\xBFx\ny\n") << 0 << L{"x", "y"} << L{};
+        QTest::newRow("BOM in header")    << QByteArray("\xEF\xBB\xBFh\nx")  << 1 << L{"x"} << L{"h"};
+        QTest::newRow("BOM later, raw bytes") << QByteArray("x\n\xEF\xBB\xBFz\xFF\t\n") << 0 << L{"x", "\xEF\xBB\xBFz\xFF\t"} << L{};
+        // clang-format on
+    }
+
+    void reader()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(int, header);
+        QList<QByteArray> skipped, lines;
+        const BlockText text = readBytes(bytes, header, skipped);
+        for (qsizetype i = 0; i < text.lineCount(); ++i)
+            lines << text.lineBytes(i);
+        QTEST(lines, "kept");
+        QTEST(skipped, "skipped");
+    }
+
+    void progress_data()
+    {
+        QTest::addColumn<QStringList>("pattern"); // lines 1, 2, ... take these in turn
+        QTest::addColumn<int>("answers");         // calls answered true before a false
+        QTest::addColumn<QList<qint64>>("calls");
+        QTest::addColumn<int>("kept");
+        using C = QList<qint64>;
+        const QStringList digits{"0123456789"};
+        // clang-format off
+        QTest::newRow("to the end")   << digits << 9 << C{10000, 20000} << 2500;
+        QTest::newRow("stop at once") << digits << 0 << C{10000} << 1000;
+        QTest::newRow("empty lines count; capped at the size") << QStringList{"", "0123456789"} << 9 << C{10000, 17518} << 1250;
+        QTest::newRow("characters, not bytes") << QStringList{"\u00E9t\u00E9"} << 9 << C{3000, 6000} << 2500;
+        // clang-format on
+    }
+
+    // The header is not counted; a stop keeps whole lines.
+    void progress()
+    {
+        QFETCH(QStringList, pattern);
+        QFETCH(int, answers);
+        QFETCH(int, kept);
+        QByteArray bytes = "header 1\nheader 2\n";
+        for (int i = 0; i < 2500; ++i)
+            bytes += pattern[i % pattern.size()].toUtf8() + "\r\n";
+        QList<qint64> seen;
+        QList<QByteArray> skipped;
+        const BlockText text = readBytes(bytes, 2, skipped, [&](qint64 estimate) {
+            seen << estimate;
+            return seen.size() <= answers;
+        });
+        QTEST(seen, "calls");
+        QCOMPARE(text.lineCount(), kept);
+        QCOMPARE(text.line(kept - 1), pattern.last());
+    }
+
+    void interact_data()
+    {
+        // Keys in the view; "drag" with the mouse, or a text to find and keys in the find
+        // bar ("case": the Match case box); the key that copies; the text then selected;
+        // the find bar's status.
+        QTest::addColumn<int>("at"); // where the selection starts
+        QTest::addColumn<QStringList>("steps");
+        using L = QStringList;
+        const QString two = sample.section('\n', 0, 1);
+        // clang-format off
+        QTest::newRow("select all")        << 0  << L{"Ctrl+A", "", "", "Ctrl+C", sample};
+        QTest::newRow("Shift+Down")        << 0  << L{"Shift+Down,Shift+Down", "", "", "Ctrl+Insert", two + "\n"};
+        QTest::newRow("a cluster a step")  << 18 << L{"Down,Right,Shift+Right", "", "", "Ctrl+C", "e\u0301"};
+        QTest::newRow("Shift+Up from the end") << 54 << L{"Ctrl+End,Shift+Up,Shift+Home", "", "", "Ctrl+C", "mode x MODE\nGr\u00F6\u00DFe kelvin"};
+        QTest::newRow("drag")              << 0  << L{"", "drag", "", "Ctrl+C", two};
+        QTest::newRow("find any case")     << 49 << L{"", "mode", "Return", "Ctrl+C", "Mode", ""};
+        QTest::newRow("find the next")     << 54 << L{"", "mode", "Return,F3", "", "mode", ""};
+        QTest::newRow("case counts")       << 61 << L{"", "MODE", "case,Return", "", "MODE", ""};
+        QTest::newRow("back")              << 54 << L{"Ctrl+End", "MODE", "Shift+Return,Shift+F3", "", "mode", ""};
+        QTest::newRow("back over the start") << 0 << L{"", "alpha", "Shift+F3", "", "alpha", "Continued from the end"};
+        QTest::newRow("on over the end")   << 0  << L{"Ctrl+End", "Alpha", "Enter", "", "alpha", "Continued from the start"};
+        QTest::newRow("non-ASCII line")    << 66 << L{"", "GR\u00D6", "Return", "", "Gr\u00F6", ""};
+        QTest::newRow("folds to ASCII")    << 72 << L{"", "\u212Aelvin", "Return", "", "kelvin", ""};
+        QTest::newRow("not found")         << 0  << L{"Right", "zzz", "Return", "Ctrl+C", "", "Not found"};
+        // clang-format on
+    }
+
+    // The page as assistive technology reads it, then driven. The find bar keeps room to type, its
+    // status gives way, whole in its tool tip; the bar speaks the interface's font and its close
+    // control does not pass for the window's "Close".
+    void interact()
+    {
+        QFETCH(QStringList, steps);
+        Page page(sample);
+        QVERIFY(QTest::qWaitForWindowActive(&page.view));
+        page.view.setAccessibleName("text viewer");
+        QCOMPARE(page.face->role(), QAccessible::EditableText);
+        QVERIFY(page.face->state().readOnly && page.face->state().multiLine);
+        QCOMPARE(page.face->text(QAccessible::Name), "text viewer");
+        QCOMPARE(page.text->text(0, page.text->characterCount()), sample);
+        int start, end;
+        // The second line starts at 17.
+        QCOMPARE(page.text->textAtOffset(20, QAccessible::LineBoundary, &start, &end),
+                 sample.section('\n', 1, 1) + "\n");
+        QCOMPARE(page.text->textAfterOffset(18, QAccessible::CharBoundary, &start, &end),
+                 "c");           // after the cluster e and its accent
+        DialogAnswerer answerer; // "not found" never comes as a box
+        QWidget* viewport = page.view.viewport();
+        QGuiApplication::clipboard()->clear();
+        page.keys(steps[0]);
+        if (steps[1] == "drag") {
+            const QPoint end(viewport->width() - 2, page.view.lineRect(1).center().y());
+            QTest::mousePress(viewport, Qt::LeftButton, {},
+                              {1, page.view.lineRect(0).center().y()});
+            QTest::mouseMove(viewport, end);
+            QTest::mouseRelease(viewport, Qt::LeftButton, {}, end);
+        } else if (!steps[1].isEmpty()) {
+            page.keys("Ctrl+F");
+            auto* edit = page.view.findChild<QLineEdit*>("find text");
+            QVERIFY(edit && edit->hasFocus());
+            QLineEdit next(&page.view); // where the focus would go by itself
+            next.show();
+            edit->insert(steps[1]);
+            for (const QString& key : steps[2].split(','))
+                key == "case" ? QTest::mouseClick(page.view.findChild<QCheckBox*>(), Qt::LeftButton)
+                              : QTest::keySequence(edit, QKeySequence(key));
+            const QWidget* bar = page.view.findChild<QWidget*>("find bar");
+            const auto* status = page.view.findChild<QLabel*>("find status");
+            QWidget* close = page.view.findChild<QWidget*>("close find bar");
+            QCOMPARE(status->toolTip(), steps[5]);
+            QVERIFY(status->text() == status->toolTip() || status->text().endsWith(QChar(0x2026)));
+            QVERIFY(edit->width() >= 15 * edit->fontMetrics().averageCharWidth());
+            QVERIFY(bar->rect().contains(status->geometry()) &&
+                    bar->rect().contains(close->geometry()));
+            QCOMPARE(bar->font().family(), QApplication::font().family());
+            QCOMPARE(QAccessible::queryAccessibleInterface(close)->text(QAccessible::Name),
+                     "Close the find bar (Escape)");
+            QTest::keyClick(edit, Qt::Key_Escape);
+            QVERIFY(!edit->isVisible() && page.view.hasFocus());
+        }
+        page.text->selection(0, &start, &end);
+        QTEST(start, "at");
+        QCOMPARE(page.text->text(start, end), steps[4]);
+        QCOMPARE(page.view.selectedText(), steps[4]);
+        page.keys(steps[3]);
+        QCOMPARE(QGuiApplication::clipboard()->text(), steps[3].isEmpty() ? "" : steps[4]);
+        VERIFY_DIALOGS(answerer);
+    }
+
+    void endAndPages()
+    {
+        Page page(QString("line\n").repeated(499) + QString(300, 'w'));
+        QScrollBar* vertical = page.view.verticalScrollBar();
+        QVERIFY(page.view.horizontalScrollBar()->maximum() > 0); // no wrapping
+        page.keys("End"); // alone it goes to the bottom, at the first column
+        QCOMPARE(vertical->value(), vertical->maximum());
+        QCOMPARE(page.view.horizontalScrollBar()->value(), 0);
+        const QRect inSight = page.view.viewport()->rect();
+        QVERIFY(inSight.contains(page.view.lineRect(499)) &&
+                inSight.contains(page.view.cursorRect()));
+        // Lines and pages scroll at once, the caret following; Space pages too.
+        const int step = vertical->pageStep();
+        // clang-format off
+        for (const auto& [keys, top] : QList<QPair<QString, int>>{{"Ctrl+Home,PgDown,PgDown", 2 * step},
+                 {"Ctrl+Home,Down", 1}, {"Space", 1 + step}, {"Up", step}, {"Shift+Space", 0}}) {
+            // clang-format on
+            page.keys(keys);
+            QCOMPARE(vertical->value(), top);
+            QCOMPARE(page.text->cursorPosition(), top * 5);
+        }
+        // Extents for assistive technology: a character in sight has its box,
+        // which leads back to it; one out of sight has none.
+        QCOMPARE(page.text->offsetAtPoint(page.text->characterRect(6).center()), 6);
+        QVERIFY(page.text->characterRect(499 * 5).isEmpty());
+    }
+
+    void copyOverTheLimit_data()
+    {
+        QTest::addColumn<QString>("keys");   // the selection
+        QTest::addColumn<QString>("answer"); // to "Save it to a file instead?"
+        QTest::addColumn<bool>("link");      // the chosen name is a link planted before
+        // clang-format off
+        QTest::newRow("all, saved")      << "Ctrl+A" << "Save" << false;
+        QTest::newRow("in lines, saved") << "Down,Right,Shift+Down,Shift+Down,Shift+Right" << "Save" << false;
+        QTest::newRow("link replaced")   << "Ctrl+A" << "Save" << true;
+        QTest::newRow("cancelled")       << "Ctrl+A" << "Cancel" << false;
+        // clang-format on
+    }
+
+    // Too much for the clipboard, the selection goes to a file instead, written
+    // as the program writes its files; the clipboard is left alone.
+    void copyOverTheLimit()
+    {
+        QFETCH(QString, keys);
+        QFETCH(QString, answer);
+        QFETCH(bool, link);
+        ScratchDir dir;
+        const QString target = dir.filePath("selection.txt");
+        QVERIFY(!link ||
+                (dir.write("victim", "keep") && QFile::link(dir.filePath("victim"), target)));
+        Page page(sample);
+        const QScopedValueRollback<qint64> limit(BlockView::copyLimit, 10);
+        QGuiApplication::clipboard()->clear();
+        page.keys(keys);
+        DialogAnswerer answers;
+        answers.pressButton(answer);
+        if (answer == "Save")
+            answers.chooseFile(target);
+        if (answer == "Save" && link) // the chooser asks before a name is taken
+            answers.pressButton("&Yes");
+        page.keys("Ctrl+C");
+        VERIFY_DIALOGS(answers);
+        QCOMPARE(QGuiApplication::clipboard()->text(), "");
+        QCOMPARE(dir.read("selection.txt"), answer == "Save" ? page.view.selectedText().toUtf8()
+                                                             : QByteArray(link ? "keep" : ""));
+        QCOMPARE(dir.read("victim"), QByteArray(link ? "keep" : ""));
+    }
 };
-
-void TestBlockView::reader_data()
-{
-    using L = QList<QByteArray>;
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<int>("header");
-    QTest::addColumn<L>("kept");
-    QTest::addColumn<L>("skipped");
-    QTest::newRow("LF") << QByteArray("h\na\nb\n") << 1 << L{"a", "b"} << L{"h"};
-    QTest::newRow("CRLF") << QByteArray("h\r\na\r\nb\r\n") << 1 << L{"a", "b"} << L{"h"};
-    QTest::newRow("lone CR, no last end") // the last line's CR goes as a CRLF's would
-        << QByteArray("a\rb\nc\r\r\nd\r") << 0 << L{"a\rb", "c\r", "d"} << L{};
-    QTest::newRow("NUL shown, not cut")
-        << QByteArray("a\0b\n\0", 5) << 0 << L{"a\uFFFDb", "\uFFFD"} << L{};
-    QTest::newRow("empty dropped, blanks kept")
-        << QByteArray("h\n\na\r\n\r\n  \n\n b \n") << 1 << L{"a", "  ", " b "} << L{"h"};
-    QTest::newRow("short header") << QByteArray("h1\r\nh2") << 4 << L{} << L{"h1", "h2", "", ""};
-    QTest::newRow("just the header") << QByteArray("h1\nh2\n") << 2 << L{} << L{"h1", "h2"};
-    QTest::newRow("only empty after") << QByteArray("h\n\n\r\n\n") << 1 << L{} << L{"h"};
-    QTest::newRow("BOM") << QByteArray("\xEF\xBB\xBFx\ny\n") << 0 << L{"x", "y"} << L{};
-    QTest::newRow("BOM in header") << QByteArray("\xEF\xBB\xBFh\nx") << 1 << L{"x"} << L{"h"};
-    QTest::newRow("BOM later, raw bytes")
-        << QByteArray("x\n\xEF\xBB\xBFz\xFF\t\n") << 0 << L{"x", "\xEF\xBB\xBFz\xFF\t"} << L{};
-}
-
-void TestBlockView::reader()
-{
-    QFETCH(QByteArray, bytes);
-    QFETCH(int, header);
-    QFETCH(QList<QByteArray>, kept);
-    QFETCH(QList<QByteArray>, skipped);
-    QList<QByteArray> skippedLines;
-    const BlockText text = readBytes(bytes, header, skippedLines);
-    QList<QByteArray> lines;
-    for (qsizetype i = 0; i < text.lineCount(); ++i)
-        lines << text.lineBytes(i);
-    QCOMPARE(lines, kept);
-    QCOMPARE(skippedLines, skipped);
-}
-
-void TestBlockView::progress_data()
-{
-    QTest::addColumn<QStringList>("pattern"); // lines 1, 2, ... take these in turn
-    QTest::addColumn<int>("answers");         // calls answered true before a false
-    QTest::addColumn<QList<qint64>>("calls");
-    QTest::addColumn<int>("kept");
-    using C = QList<qint64>;
-    const QStringList digits{"0123456789"};
-    QTest::newRow("to the end") << digits << 9 << C{10000, 20000} << 2500;
-    QTest::newRow("stop at once") << digits << 0 << C{10000} << 1000;
-    QTest::newRow("empty lines count; capped at the size")
-        << QStringList{"", "0123456789"} << 9 << C{10000, 17518} << 1250;
-    QTest::newRow("characters, not bytes")
-        << QStringList{"\u00E9t\u00E9"} << 9 << C{3000, 6000} << 2500;
-}
-
-void TestBlockView::progress()
-{
-    QFETCH(QStringList, pattern);
-    QFETCH(int, answers);
-    QFETCH(QList<qint64>, calls);
-    QFETCH(int, kept);
-    QByteArray bytes = "header 1\nheader 2\n";
-    for (int i = 0; i < 2500; ++i)
-        bytes += pattern[i % pattern.size()].toUtf8() + "\r\n";
-    QList<qint64> seen;
-    QList<QByteArray> skipped;
-    const auto progress = [&](qint64 estimate) {
-        seen << estimate;
-        return seen.size() <= answers;
-    };
-    const BlockText text = readBytes(bytes, 2, skipped, progress);
-    QCOMPARE(seen, calls);
-    QCOMPARE(skipped.size(), 2); // not counted
-    QCOMPARE(text.lineCount(), kept);
-    QCOMPARE(text.line(kept - 1), pattern.last());
-}
-
-void TestBlockView::interact_data()
-{
-    // Keys in the view; "drag" with the mouse, or a text to find and keys in the find bar
-    // ("case": the Match case box); the key that copies; the text then selected; the
-    // find bar's status.
-    QTest::addColumn<int>("at"); // where the selection starts
-    QTest::addColumn<QStringList>("steps");
-    using L = QStringList;
-    const QString two = sample.section('\n', 0, 1);
-    QTest::newRow("select all") << 0 << L{"Ctrl+A", "", "", "Ctrl+C", sample};
-    QTest::newRow("Shift+Down") << 0
-                                << L{"Shift+Down,Shift+Down", "", "", "Ctrl+Insert", two + "\n"};
-    QTest::newRow("a cluster a step")
-        << 18 << L{"Down,Right,Shift+Right", "", "", "Ctrl+C", "e\u0301"};
-    QTest::newRow("Shift+Up from the end") << 54
-                                           << L{"Ctrl+End,Shift+Up,Shift+Home", "", "", "Ctrl+C",
-                                                "mode x MODE\nGr\u00F6\u00DFe kelvin"};
-    QTest::newRow("drag") << 0 << L{"", "drag", "", "Ctrl+C", two};
-    QTest::newRow("find any case") << 49 << L{"", "mode", "Return", "Ctrl+C", "Mode", ""};
-    QTest::newRow("find the next") << 54 << L{"", "mode", "Return,F3", "", "mode", ""};
-    QTest::newRow("case counts") << 61 << L{"", "MODE", "case,Return", "", "MODE", ""};
-    QTest::newRow("back") << 54 << L{"Ctrl+End", "MODE", "Shift+Return,Shift+F3", "", "mode", ""};
-    QTest::newRow("back over the start")
-        << 0 << L{"", "alpha", "Shift+F3", "", "alpha", "Continued from the end"};
-    QTest::newRow("on over the end")
-        << 0 << L{"Ctrl+End", "Alpha", "Enter", "", "alpha", "Continued from the start"};
-    QTest::newRow("non-ASCII line") << 66 << L{"", "GR\u00D6", "Return", "", "Gr\u00F6", ""};
-    QTest::newRow("folds to ASCII") << 72 << L{"", "\u212Aelvin", "Return", "", "kelvin", ""};
-    QTest::newRow("not found") << 0 << L{"Right", "zzz", "Return", "Ctrl+C", "", "Not found"};
-}
-
-void TestBlockView::interact()
-{
-    QFETCH(int, at);
-    QFETCH(QStringList, steps);
-    Page page(sample);
-    QVERIFY(QTest::qWaitForWindowActive(&page.view));
-    DialogAnswerer answerer; // "not found" never comes as a box
-    QWidget* viewport = page.view.viewport();
-    QGuiApplication::clipboard()->clear();
-    page.keys(steps[0]);
-    if (steps[1] == "drag") {
-        const QPoint end(viewport->width() - 2, page.view.lineRect(1).center().y());
-        QTest::mousePress(viewport, Qt::LeftButton, {}, {1, page.view.lineRect(0).center().y()});
-        QTest::mouseMove(viewport, end);
-        QTest::mouseRelease(viewport, Qt::LeftButton, {}, end);
-    } else if (!steps[1].isEmpty()) {
-        page.keys("Ctrl+F");
-        auto* edit = page.view.findChild<QLineEdit*>("find text");
-        QVERIFY(edit && edit->hasFocus());
-        QLineEdit next(&page.view); // where the focus would go by itself
-        next.show();
-        edit->insert(steps[1]);
-        for (const QString& key : steps[2].split(','))
-            key == "case" ? QTest::mouseClick(page.view.findChild<QCheckBox*>(), Qt::LeftButton)
-                          : QTest::keySequence(edit, QKeySequence(key));
-        QCOMPARE(page.view.findChild<QLabel*>("find status")->toolTip(), steps[5]);
-        QTest::keyClick(edit, Qt::Key_Escape);
-        QVERIFY(!edit->isVisible() && page.view.hasFocus());
-    }
-    int start, end;
-    page.text->selection(0, &start, &end);
-    QCOMPARE(start, at);
-    QCOMPARE(page.text->text(start, end), steps[4]);
-    QCOMPARE(page.view.selectedText(), steps[4]);
-    page.keys(steps[3]);
-    QCOMPARE(QGuiApplication::clipboard()->text(), steps[3].isEmpty() ? "" : steps[4]);
-    VERIFY_DIALOGS(answerer);
-}
-
-void TestBlockView::endAndPages()
-{
-    const QString content = QString("line\n").repeated(499);
-    Page page(content + QString(300, 'w'));
-    QScrollBar* vertical = page.view.verticalScrollBar();
-    QVERIFY(page.view.horizontalScrollBar()->maximum() > 0); // no wrapping
-    page.keys("End"); // alone it goes to the bottom, at the first column
-    QCOMPARE(vertical->value(), vertical->maximum());
-    QCOMPARE(page.view.horizontalScrollBar()->value(), 0);
-    const QRect inSight = page.view.viewport()->rect();
-    QVERIFY(inSight.contains(page.view.lineRect(499)) && inSight.contains(page.view.cursorRect()));
-    page.keys("Ctrl+Home,PgDown,PgDown");
-    const int step = vertical->pageStep();
-    QCOMPARE(vertical->value(), 2 * step);
-    QCOMPARE(page.text->cursorPosition(), 2 * step * 5);
-    // Lines and pages scroll at once, the caret following; Space pages too.
-    const struct {
-        QString keys;
-        int top, line;
-    } steps[] = {{"Ctrl+Home,Down", 1, 1},
-                 {"Space", 1 + step, 1 + step},
-                 {"Up", step, step},
-                 {"Shift+Space", 0, 0}};
-    for (const auto& s : steps) {
-        page.keys(s.keys);
-        QCOMPARE(vertical->value(), s.top);
-        QCOMPARE(page.text->cursorPosition(), s.line * 5);
-    }
-    // Extents for assistive technology: a character in sight has its box,
-    // which leads back to it; one out of sight has none.
-    const QRect box = page.text->characterRect(6);
-    QVERIFY(box.isValid());
-    QCOMPARE(page.text->offsetAtPoint(box.center()), 6);
-    QVERIFY(page.text->characterRect(499 * 5).isEmpty());
-}
-
-// In a window of the browser's size the field keeps room to type and the
-// status gives way, whole in its tool tip; the bar speaks the interface's
-// font and its close control does not pass for the window's "Close".
-void TestBlockView::findBarAtWindowSize()
-{
-    QWidget window;
-    auto* view = new BlockView(&window);
-    QFont fixed("Courier", 10);
-    fixed.setStyleHint(QFont::TypeWriter);
-    view->setFont(fixed);
-    view->setBlockText(BlockText::fromString("alpha\nbeta\n"));
-    view->setGeometry(10, 30, 580, 230); // a page inside 600 by 300
-    window.resize(600, 300);
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    view->setFocus();
-    QTest::keySequence(view, QKeySequence("Ctrl+End"));
-    QTest::keySequence(view, QKeySequence::Find);
-    auto* edit = view->findChild<QLineEdit*>("find text");
-    edit->insert("alpha");
-    QTest::keyClick(edit, Qt::Key_Return);
-    QWidget* bar = view->findChild<QWidget*>("find bar");
-    auto* status = view->findChild<QLabel*>("find status");
-    auto* close = view->findChild<QWidget*>("close find bar");
-    QCOMPARE(status->toolTip(), "Continued from the start");
-    QVERIFY(status->text() == status->toolTip() || status->text().endsWith(QChar(0x2026)));
-    QVERIFY(edit->width() >= 15 * edit->fontMetrics().averageCharWidth());
-    QVERIFY(bar->rect().contains(status->geometry()) && bar->rect().contains(close->geometry()));
-    QCOMPARE(bar->font().family(), QApplication::font().family());
-    QCOMPARE(QAccessible::queryAccessibleInterface(close)->text(QAccessible::Name),
-             "Close the find bar (Escape)");
-}
-
-void TestBlockView::copyOverTheLimit_data()
-{
-    QTest::addColumn<QString>("keys");   // the selection
-    QTest::addColumn<QString>("answer"); // to "Save it to a file instead?"
-    QTest::addColumn<bool>("link");      // the chosen name is a link planted before
-    QTest::newRow("all, saved") << "Ctrl+A"
-                                << "Save" << false;
-    QTest::newRow("in lines, saved") << "Down,Right,Shift+Down,Shift+Down,Shift+Right"
-                                     << "Save" << false;
-    QTest::newRow("link replaced") << "Ctrl+A"
-                                   << "Save" << true;
-    QTest::newRow("cancelled") << "Ctrl+A"
-                               << "Cancel" << false;
-}
-
-// Too much for the clipboard, the selection goes to a file instead, written
-// as the program writes its files; the clipboard is left alone.
-void TestBlockView::copyOverTheLimit()
-{
-    QFETCH(QString, keys);
-    QFETCH(QString, answer);
-    QFETCH(bool, link);
-    ScratchDir dir;
-    const QString target = dir.filePath("selection.txt");
-    QVERIFY(!link || (dir.write("victim", "keep") && QFile::link(dir.filePath("victim"), target)));
-    Page page(sample);
-    const qint64 limit = BlockView::copyLimit;
-    BlockView::copyLimit = 10;
-    QGuiApplication::clipboard()->clear();
-    page.keys(keys);
-    DialogAnswerer answers;
-    answers.pressButton(answer);
-    if (answer == "Save")
-        answers.chooseFile(target);
-    if (answer == "Save" && link) // the chooser asks before a name is taken
-        answers.pressButton("&Yes");
-    page.keys("Ctrl+C");
-    BlockView::copyLimit = limit;
-    VERIFY_DIALOGS(answers);
-    QCOMPARE(QGuiApplication::clipboard()->text(), "");
-    QCOMPARE(dir.read("selection.txt"),
-             answer == "Save" ? page.view.selectedText().toUtf8() : QByteArray(link ? "keep" : ""));
-    QCOMPARE(dir.read("victim"), QByteArray(link ? "keep" : ""));
-    QCOMPARE(QFileInfo(target).isSymLink(), link && answer != "Save");
-}
-
-void TestBlockView::accessible()
-{
-    Page page(sample);
-    page.view.setAccessibleName("text viewer");
-    QAccessibleInterface* face = QAccessible::queryAccessibleInterface(&page.view);
-    QCOMPARE(face->role(), QAccessible::EditableText);
-    QVERIFY(face->state().readOnly && face->state().multiLine);
-    QCOMPARE(face->text(QAccessible::Name), "text viewer");
-    QCOMPARE(page.text->text(0, page.text->characterCount()), sample);
-    int start, end;
-    const int second = sample.indexOf('\n') + 1;
-    QCOMPARE(page.text->textAtOffset(second + 3, QAccessible::LineBoundary, &start, &end),
-             sample.section('\n', 1, 1) + "\n");
-    QCOMPARE(page.text->textAfterOffset(second + 1, QAccessible::CharBoundary, &start, &end),
-             "c"); // after the cluster e and its accent
-}
 
 QTEST_MAIN(TestBlockView)
 #include "test_blockview.moc"
