@@ -66,8 +66,7 @@ qsizetype BlockViewSearch::inLine(qsizetype line, qsizetype from, bool backward)
     const QString decoded = QString::fromUtf8(bytes);
     if (!backward)
         return decoded.indexOf(needle, from, cs);
-    // A negative start would count from the end.
-    return decoded.lastIndexOf(needle, std::min(from, decoded.size()), cs);
+    return lastIn(decoded, from);
 }
 
 // A long line is decoded a window at a time; windows overlap by the
@@ -89,14 +88,23 @@ qsizetype BlockViewSearch::inLongLine(qsizetype line, qsizetype from, bool backw
     // from: the last start allowed.
     for (qsizetype end = std::min(from, length); end >= 0; end -= window) {
         const qsizetype start = std::max<qsizetype>(0, end - window + 1);
-        const qsizetype found = text.lineSlice(line, start, end - start + 1 + overlap)
-                                    .lastIndexOf(needle, end - start, cs);
+        const qsizetype found =
+            lastIn(text.lineSlice(line, start, end - start + 1 + overlap), end - start);
         if (found >= 0 && start + found <= end)
             return start + found;
         if (start == 0)
             break;
     }
     return -1;
+}
+
+// The last match starting at or before from. A negative start would count
+// from the end, and one where the needle does not fit whole would match the
+// string's terminating NUL.
+qsizetype BlockViewSearch::lastIn(const QString& decoded, qsizetype from) const
+{
+    const qsizetype start = std::min(from, decoded.size() - needle.size());
+    return start < 0 ? -1 : decoded.lastIndexOf(needle, start, cs);
 }
 
 qsizetype BlockViewSearch::inAscii(QByteArrayView line, qsizetype from, bool backward) const

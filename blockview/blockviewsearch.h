@@ -25,6 +25,7 @@ private:
     // from: the first start allowed, or when backward the last one.
     qsizetype inLine(qsizetype line, qsizetype from, bool backward) const;
     qsizetype inLongLine(qsizetype line, qsizetype from, bool backward) const;
+    qsizetype lastIn(const QString& decoded, qsizetype from) const;
     qsizetype inAscii(QByteArrayView line, qsizetype from, bool backward) const;
     bool asciiMatchAt(const char* at) const;
 

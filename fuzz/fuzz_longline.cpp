@@ -4,8 +4,8 @@
 // - the line's length and every slice of it agree with the line decoded
 //   whole through the same pieces, and with QString::fromUtf8 when the bytes
 //   are valid UTF-8;
-// - a search finds a piece of the line where it stands or before it, and
-//   searching back from the end finds it there or after it.
+// - a search for a piece of the line, on or back from any place, finds
+//   what QString finds in the line decoded whole.
 //
 // Input: the first two bytes choose a slice (where, how long), the rest is
 // repeated into the line.
@@ -47,12 +47,20 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     const QString needle = whole.mid(column, count);
     if (needle.isEmpty())
         return 0;
+    // From a place of the input's choosing, as QString finds it in the
+    // whole line; a search wraps around the line once. QString's own search
+    // back from the end would also match its terminating NUL: it starts
+    // where a whole needle fits.
     const BlockViewSearch search(text, needle, Qt::CaseSensitive);
-    const BlockViewSearch::Hit forward = search.find(0, 0, false);
-    require(forward.line == 0 && forward.column <= column, "found forward");
-    require(whole.mid(forward.column, needle.size()) == needle, "forward match is the needle");
-    const BlockViewSearch::Hit backward = search.find(0, length, true);
-    require(backward.line == 0 && backward.column >= column, "found backward");
-    require(whole.mid(backward.column, needle.size()) == needle, "backward match is the needle");
+    const qsizetype from = qsizetype(data[1]) * length / 256;
+    const qsizetype lastFit = length - needle.size();
+    qsizetype ahead = whole.indexOf(needle, from);
+    qsizetype back = from > 0 ? whole.lastIndexOf(needle, std::min(from - 1, lastFit)) : -1;
+    ahead = ahead >= 0 ? ahead : whole.indexOf(needle);
+    back = back >= 0 ? back : whole.lastIndexOf(needle, lastFit);
+    const BlockViewSearch::Hit forward = search.find(0, from, false);
+    require(forward.line == 0 && forward.column == ahead, "found forward where QString finds it");
+    const BlockViewSearch::Hit backward = search.find(0, from, true);
+    require(backward.line == 0 && backward.column == back, "found back where QString finds it");
     return 0;
 }
