@@ -233,6 +233,20 @@ private slots:
         QVERIFY(seriesOf(&plot)->points().size() > 150); // every row of the band
         QTest::mouseDClick(viewport, Qt::LeftButton, {}, to);
         QCOMPARE(xRange(), std::make_pair(x0, x1));
+
+        // Resized, the chart is laid out anew once the size holds still, or
+        // at once when it is saved.
+        const auto laidOut = [&] {
+            return plot.chart()->size().toSize() == plot.chartView()->size();
+        };
+        for (const QSize size : {QSize(700, 450), QSize(640, 420)}) {
+            plot.resize(size);
+            QCoreApplication::processEvents();
+            if (size.width() == 700)
+                QTRY_VERIFY(laidOut());
+            else
+                QVERIFY(!plot.png().isEmpty() && laidOut());
+        }
     }
 
     void save_data()

@@ -221,8 +221,8 @@ private slots:
         QVERIFY2(!error.isEmpty(), "no reason given");
     }
 
-    // Tab reaches the switch, arrows and Alt letters move along it, each page
-    // keeps its own view, and every button has a name to be read out.
+    // Arrows and Alt letters move along the switch, each page keeps its own
+    // view, and every button has a name to be read out.
     void switchByKeys()
     {
         // Two pages of Mode Shapes in tabs, as in a browser window.
