@@ -13,36 +13,6 @@
 #include <QPushButton>
 #include <QRadioButton>
 
-namespace
-{
-
-// "name=text" fills a field or picks a unit; -N and -M choose "Exclude" for
-// nodes or modes, -F clears "Fast Invar", "status=n" makes the stand-in fail.
-// Then the run button.
-void run(ZEBMTXLator& tab, const QStringList& settings)
-{
-    const auto radios = tab.findChildren<QRadioButton*>();
-    for (const QString& s : settings) {
-        if (auto* edit = tab.findChild<QLineEdit*>(s.section('=', 0, 0)))
-            edit->setText(s.section('=', 1));
-        if (auto* box = tab.findChild<QComboBox*>(s.section('=', 0, 0)))
-            box->setCurrentText(s.section('=', 1));
-        if (s == "-N" || s == "-M")
-            radios[s == "-N" ? 1 : 3]->setChecked(true);
-        if (s == "-F")
-            tab.findChild<QCheckBox*>()->setChecked(false);
-        if (s.startsWith("status="))
-            Standins::setStatus(s.section('=', 1).toInt());
-        if (s.startsWith("tool="))
-            qputenv("OKT_ZEB2MTX", s.section('=', 1).toUtf8());
-    }
-    QTest::mouseClick(tab.findChild<QPushButton*>(), Qt::LeftButton);
-}
-
-const QString tool = Standins::program("zeb2mtx-standin");
-
-} // namespace
-
 class TestZEBMTXLator : public QObject
 {
     Q_OBJECT
@@ -103,14 +73,14 @@ private slots:
         QTest::newRow("blank output, first") << L{"outputLE=  "} << L{"OK"} << L{noOutput} << "";
         QTest::newRow("overwrite, then missing input") << L{"outputLE=model"} << L{"&Yes", "OK"}
             << L{overwrite, noInput} << "";
-        QTest::newRow("overwrite answered No") << L{"inputCombo=beam.zeb", "outputLE=model"} << L{"No"}
-            << L{overwrite} << "";
-        QTest::newRow("info cancelled after Yes") << L{"inputCombo=beam.zeb", "outputLE=model"}
-            << L{"&Yes", "Cancel"} << L{overwrite, beam} << "";
-        QTest::newRow("Yes and OK") << L{"inputCombo=beam.zeb", "outputLE=model.mtx"} << L{"&Yes", "OK"}
-            << L{overwrite, beam} << "beam.zeb|-o|model.mtx|-F";
-        QTest::newRow("translator fails") << L{"inputCombo=beam.zeb", "outputLE=model", "status=5"}
-            << L{"&Yes", "OK", "OK"} << L{overwrite, beam, failed} << "beam.zeb|-o|model.mtx|-F";
+        const L model{"inputCombo=beam.zeb", "outputLE=model"};
+        QTest::newRow("overwrite answered No") << model << L{"No"} << L{overwrite} << "";
+        QTest::newRow("info cancelled after Yes") << model << L{"&Yes", "Cancel"}
+            << L{overwrite, beam} << "";
+        QTest::newRow("Yes and OK, .mtx typed") << L{"inputCombo=beam.zeb", "outputLE=model.mtx"}
+            << L{"&Yes", "OK"} << L{overwrite, beam} << "beam.zeb|-o|model.mtx|-F";
+        QTest::newRow("translator fails") << model + L{"status=5"} << L{"&Yes", "OK", "OK"}
+            << L{overwrite, beam, failed} << "beam.zeb|-o|model.mtx|-F";
         QTest::newRow("blank input, unreadable") << L{"inputCombo=  ", "outputLE=out"} << L{"OK", "OK"}
             << L{info.arg("\"\" -o \"out.mtx\" -F"), failed} << "|-o|out.mtx|-F";
         // clang-format on
@@ -128,18 +98,35 @@ private slots:
         dir.write("model.mtx", "old");
         Standins standins(dir.path());
         ZEBMTXLator tab(nullptr, "ZEBMTXLator");
+        // "name=text" fills a field or picks a unit; -N and -M choose "Exclude" for
+        // nodes or modes, -F clears "Fast Invar", "status=n" makes the stand-in
+        // fail, "tool=path" names the translator.
+        const auto radios = tab.findChildren<QRadioButton*>();
+        for (const QString& s : settings) {
+            const QString key = s.section('=', 0, 0), value = s.section('=', 1);
+            if (auto* edit = tab.findChild<QLineEdit*>(key))
+                edit->setText(value);
+            if (auto* box = tab.findChild<QComboBox*>(key))
+                box->setCurrentText(value);
+            if (s == "-N" || s == "-M")
+                radios[s == "-N" ? 1 : 3]->setChecked(true);
+            if (s == "-F")
+                tab.findChild<QCheckBox*>()->setChecked(false);
+            if (key == "status")
+                Standins::setStatus(value.toInt());
+            if (key == "tool")
+                qputenv("OKT_ZEB2MTX", value.toUtf8());
+        }
         DialogAnswerer answers;
         for (const QString& press : presses)
             answers.pressButton(press);
-        run(tab, settings);
+        QTest::mouseClick(tab.findChild<QPushButton*>(), Qt::LeftButton);
         VERIFY_DIALOGS(answers);
         QStringList seen = answers.boxes();
-        QTEST(seen.replaceInStrings(tool, "%T"), "boxes");
-        const auto runs = standins.runs();
-        QCOMPARE(runs.size(), int(!args.isEmpty()));
+        QTEST(seen.replaceInStrings(Standins::program("zeb2mtx-standin"), "%T"), "boxes");
+        QCOMPARE(standins.runs().size(), int(!args.isEmpty()));
+        QCOMPARE(standins.runs().value(0).args, args.isEmpty() ? QStringList() : args.split('|'));
         QCOMPARE(dir.read("runtamsel.bat").isEmpty(), args.isEmpty());
-        if (!args.isEmpty())
-            QCOMPARE(runs[0].args, args.split('|'));
         QCOMPARE(dir.read("victim.txt"), QByteArray("HXDB 1\nBODY a\nBODY b\nBODY c\n"));
     }
 
