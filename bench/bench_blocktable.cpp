@@ -4,10 +4,10 @@
 // and the memory each step adds.
 //
 //     bench_blocktable [LINES]      default: 1000000
+#include "benchsupport.h"
 #include "blockchartview.h"
 #include "blockpage.h"
 #include "blocktableview.h"
-#include "reportpage.h"
 #include "residentmemory.h"
 
 #include <QApplication>
@@ -70,11 +70,6 @@ Step measured(Probe& probe, const std::function<void()>& action)
 BlockPage* openPage(const QString& path)
 {
     return openReportPage(path, QSize(1100, 700))->findChild<BlockPage*>();
-}
-
-void row(const char* what, double value, const char* unit, const char* goal, bool met)
-{
-    std::printf("%-34s %10.2f %-6s %-22s %s\n", what, value, unit, goal, met ? "met" : "MISSED");
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 // the goals.
 //
 //     bench_copy [LINES]      the big page's lines, default 10000000
+#include "benchsupport.h"
 #include "blockview.h"
 #include "residentmemory.h"
 
@@ -28,13 +29,8 @@ BlockText modeShapes(qint64 lines)
     BlockText text;
     text.reserve(qsizetype(lines * 112));
     char line[160];
-    for (qint64 i = 0; i < lines; ++i) {
-        const double v = double(i % 9973) / 7.0 - 600.0;
-        const int n = std::snprintf(
-            line, sizeof line, "%10lld %16.8E %16.8E %16.8E %16.8E %16.8E %16.8E",
-            static_cast<long long>(i + 1), v, -v / 3, v * 1e-3, v / 11, -v * 7, v / 5);
-        text.appendLine(line, n);
-    }
+    for (qint64 i = 0; i < lines; ++i)
+        text.appendLine(line, modeShapesLine(line, sizeof line, i));
     return text;
 }
 
@@ -76,11 +72,6 @@ Copied copyAll(qint64 lines)
     view.copy();
     return {double(timer.nsecsElapsed()) / 1e6, double(statusKiB("VmHWM:") - before) / 1024,
             selectionMb};
-}
-
-void row(const char* what, double value, const char* unit, const char* goal, bool met)
-{
-    std::printf("%-44s %10.2f %-3s %-16s %s\n", what, value, unit, goal, met ? "met" : "MISSED");
 }
 
 } // namespace

@@ -5,8 +5,8 @@
 // to the goals.
 //
 //     bench_longline [MEGABYTES]
+#include "benchsupport.h"
 #include "blockview.h"
-#include "reportpage.h"
 #include "residentmemory.h"
 
 #include <QApplication>
@@ -59,11 +59,6 @@ double timed(Watch& watch, const std::function<void()>& step)
     step();
     QCoreApplication::processEvents(); // the paint it asked for
     return double(timer.nsecsElapsed()) / 1e6;
-}
-
-void row(const char* what, double value, const char* unit, const char* goal, bool met)
-{
-    std::printf("%-40s %10.2f %-3s %-12s %s\n", what, value, unit, goal, met ? "met" : "MISSED");
 }
 
 } // namespace

@@ -9,6 +9,11 @@
 #include <QFileInfo>
 #include <QWidget>
 
+#include <cstdio>
+
+// What the benchmarks share: a way onto the browser's page, a line of a
+// report, and a row of results beside its goal.
+
 // The browser's own road from the tool's end: the report at path, written
 // for block 8 (nine leading lines), read back onto a page shown at size,
 // progress dialog and all. The run only marks the report as its own.
@@ -32,4 +37,18 @@ inline QWidget* openReportPage(const QString& path, QSize size)
     page->show();
     QCoreApplication::processEvents();
     return page;
+}
+
+// Line i of a Mode Shapes report: a node number and six components, 110
+// characters; returns its length.
+inline int modeShapesLine(char* line, size_t size, qint64 i)
+{
+    const double v = double(i % 9973) / 7.0 - 600.0;
+    return std::snprintf(line, size, "%10lld %16.8E %16.8E %16.8E %16.8E %16.8E %16.8E",
+                         static_cast<long long>(i + 1), v, -v / 3, v * 1e-3, v / 11, -v * 7, v / 5);
+}
+
+inline void row(const char* what, double value, const char* unit, const char* goal, bool met)
+{
+    std::printf("%-40s %10.2f %-3s %-20s %s\n", what, value, unit, goal, met ? "met" : "MISSED");
 }
