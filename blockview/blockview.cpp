@@ -110,8 +110,8 @@ QString BlockView::textBetween(Pos from, Pos to) const
     const qsizetype last = std::min(to.line, text.lineCount() - 1);
     for (qsizetype line = from.line; line <= last; ++line) {
         const qsizetype start = line == from.line ? from.column : 0;
-        const qsizetype end = line == to.line ? to.column : text.lineLength(line);
-        result += text.lineSlice(line, start, end - start);
+        const qsizetype length = line == to.line ? to.column - start : LLONG_MAX / 2; // to its end
+        result += text.lineSlice(line, start, length);
         if (line < to.line)
             result += QLatin1Char('\n');
     }
@@ -229,11 +229,6 @@ qsizetype BlockView::runOf(qsizetype line, qsizetype column) const
                              : 0;
 }
 
-qsizetype BlockView::runStart(qsizetype, qsizetype run) const
-{
-    return run * runColumns;
-}
-
 const QTextLayout& BlockView::layoutOf(qsizetype line, qsizetype run) const
 {
     const auto key = std::make_pair(line, run);
@@ -249,8 +244,7 @@ const QTextLayout& BlockView::layoutOf(qsizetype line, qsizetype run) const
 std::unique_ptr<QTextLayout> BlockView::makeLayout(qsizetype line, qsizetype run) const
 {
     const bool isLong = text.isLong(line);
-    QString shown =
-        isLong ? text.lineSlice(line, runStart(line, run), runColumns) : text.line(line);
+    QString shown = isLong ? text.lineSlice(line, runStart(run), runColumns) : text.line(line);
     // Separators would break the line in two; everything else shows as is.
     for (QChar& c : shown)
         if (c == QChar::LineSeparator || c == QChar::ParagraphSeparator)
@@ -294,7 +288,7 @@ qreal BlockView::xOf(Pos pos) const
     if (pos.line < 0 || pos.line >= text.lineCount())
         return 0;
     const qsizetype run = runOf(pos.line, pos.column);
-    const int column = int(pos.column - runStart(pos.line, run));
+    const int column = int(pos.column - runStart(run));
     return runX(run) + layoutOf(pos.line, run).lineAt(0).cursorToX(column);
 }
 
@@ -309,7 +303,7 @@ qsizetype BlockView::columnAt(qsizetype line, qreal x, bool onCharacter) const
             : 0;
     const auto mode =
         onCharacter ? QTextLine::CursorOnCharacter : QTextLine::CursorBetweenCharacters;
-    return runStart(line, run) + layoutOf(line, run).lineAt(0).xToCursor(x - runX(run), mode);
+    return runStart(run) + layoutOf(line, run).lineAt(0).xToCursor(x - runX(run), mode);
 }
 
 BlockView::Pos BlockView::posAt(const QPoint& point, bool onCharacter) const
@@ -349,11 +343,11 @@ void BlockView::paintLine(QPainter& painter, qsizetype line) const
     for (qsizetype run = first; run <= last; ++run)
         paintRun(painter, line, run);
     const qreal top = lineTop(line);
-    const qsizetype length = text.lineLength(line);
+    const Pos lineEnd{line, hasSelection() ? text.lineLength(line) : 0};
     if (hasSelection() && selectionStart().line <= line && line < selectionEnd().line &&
-        runOf(line, length) <= last) { // its line feed is selected too
+        runOf(line, lineEnd.column) <= last) { // its line feed is selected too
         const auto group = hasFocus() ? QPalette::Active : QPalette::Inactive;
-        const qreal x = textLeft() + xOf({line, length});
+        const qreal x = textLeft() + xOf(lineEnd);
         const qreal blank = QFontMetricsF(font()).horizontalAdvance(' ');
         painter.fillRect(QRectF(x, top, blank, lineSpacing),
                          palette().brush(group, QPalette::Highlight));
@@ -362,13 +356,13 @@ void BlockView::paintLine(QPainter& painter, qsizetype line) const
     if (line == cursor.line && caretOn && hasFocus() && first <= caretRun && caretRun <= last)
         layoutOf(line, caretRun)
             .drawCursor(&painter, QPointF(textLeft() + runX(caretRun), top),
-                        int(cursor.column - runStart(line, caretRun)), caretWidth());
+                        int(cursor.column - runStart(caretRun)), caretWidth());
 }
 
 void BlockView::paintRun(QPainter& painter, qsizetype line, qsizetype run) const
 {
     const QTextLayout& layout = layoutOf(line, run);
-    const qsizetype start = runStart(line, run);
+    const qsizetype start = runStart(run);
     const qsizetype end = start + layout.text().size();
     QVector<QTextLayout::FormatRange> selections;
     const Pos from = selectionStart();
@@ -572,13 +566,13 @@ BlockView::Pos BlockView::stepped(Pos from, bool forward, bool words) const
     const auto mode = words ? QTextLayout::SkipWords : QTextLayout::SkipCharacters;
     if (forward && from.column < text.lineLength(from.line)) {
         const qsizetype run = runOf(from.line, from.column);
-        const qsizetype start = runStart(from.line, run);
+        const qsizetype start = runStart(run);
         const QTextLayout& layout = layoutOf(from.line, run);
         return {from.line, start + layout.nextCursorPosition(int(from.column - start), mode)};
     }
     if (!forward && from.column > 0) {
         const qsizetype run = runOf(from.line, from.column - 1);
-        const qsizetype start = runStart(from.line, run);
+        const qsizetype start = runStart(run);
         const QTextLayout& layout = layoutOf(from.line, run);
         return {from.line, start + layout.previousCursorPosition(int(from.column - start), mode)};
     }

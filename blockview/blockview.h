@@ -123,7 +123,7 @@ private:
     static constexpr qsizetype runColumns = 1024;
     qsizetype runCount(qsizetype line) const;
     qsizetype runOf(qsizetype line, qsizetype column) const;
-    qsizetype runStart(qsizetype line, qsizetype run) const;
+    static qsizetype runStart(qsizetype run) { return run * runColumns; }
     qreal runX(qsizetype run) const { return qreal(run) * runColumns * columnWidth; }
     const QTextLayout& layoutOf(qsizetype line, qsizetype run = 0) const;
     std::unique_ptr<QTextLayout> makeLayout(qsizetype line, qsizetype run) const;
