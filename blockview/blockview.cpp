@@ -165,7 +165,13 @@ QRect BlockView::cursorRect() const
 void BlockView::updateMetrics()
 {
     lineSpacing = std::max(1, QFontMetrics(font()).lineSpacing());
-    columnWidth = std::max<qreal>(1, QFontMetricsF(font()).horizontalAdvance(QLatin1Char('0')));
+    // A column as a run is laid out, rounding and all, so that runs meet.
+    QTextLayout digits(QString(runColumns, QLatin1Char('0')), font(), viewport());
+    digits.beginLayout();
+    QTextLine row = digits.createLine();
+    row.setLineWidth(unlimitedWidth);
+    digits.endLayout();
+    columnWidth = std::max<qreal>(1, row.naturalTextWidth() / runColumns);
     layouts.clear();
     widest = 0;
     if (text.longestLine() >= 0)
@@ -245,10 +251,13 @@ std::unique_ptr<QTextLayout> BlockView::makeLayout(qsizetype line, qsizetype run
 {
     const bool isLong = text.isLong(line);
     QString shown = isLong ? text.lineSlice(line, runStart(run), runColumns) : text.line(line);
-    // Separators would break the line in two; everything else shows as is.
+    // Separators would break the line in two; in a long line a tab takes one
+    // column like every other character, or the runs would overlap.
     for (QChar& c : shown)
         if (c == QChar::LineSeparator || c == QChar::ParagraphSeparator)
             c = QChar::ReplacementCharacter;
+        else if (isLong && c == QLatin1Char('\t'))
+            c = QLatin1Char(' ');
     auto layout = std::make_unique<QTextLayout>(shown, font(), viewport());
     QTextOption option;
     option.setWrapMode(QTextOption::NoWrap);

@@ -9,6 +9,7 @@
 
 #include <QAccessible>
 #include <QBuffer>
+#include <QFontDatabase>
 #include <QRandomGenerator>
 #include <QScrollBar>
 #include <QTest>
@@ -69,9 +70,13 @@ private slots:
         // of a million units, whose first edge the needle lies across.
         const qsizetype first = ascii ? mib + 10 : mib - 3;
         QString content = makeLine(pool, needle, size, first);
-        // A CR lone inside where a buffer ends, and one before the line feed.
-        if (ascii)
+        // A CR lone inside where a buffer ends, and one before the line feed;
+        // a tab just before a run's edge.
+        constexpr int edge = 3 * 1024;
+        if (ascii) {
             content[mib - 1] = '\r';
+            content[edge - 2] = '\t';
+        }
         QByteArray file = content.toUtf8() + "\r\nnext\n";
         QBuffer buffer(&file);
         buffer.open(QIODevice::ReadOnly);
@@ -96,7 +101,7 @@ private slots:
         }
 
         BlockView view;
-        QFont font("Courier 10 Pitch");
+        QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont); // as the page's
         font.setPixelSize(pixels);
         view.setFont(font);
         view.setBlockText(std::move(text));
@@ -117,6 +122,13 @@ private slots:
                 QVERIFY2(qAbs(view.cursorRect().x() - at.x()) <= view.fontMetrics().maxWidth(),
                          "the caret lands where the line was hit");
         }
+        // Across a run's edge every character takes a column, the tab too:
+        // the runs neither overlap nor leave a gap.
+        const int column = view.fontMetrics().horizontalAdvance('0');
+        face->setCursorPosition(edge); // in sight
+        for (int at = edge - 4; ascii && at < edge + 4; ++at)
+            QVERIFY(qAbs(face->characterRect(at + 1).x() - face->characterRect(at).x() - column) <=
+                    1);
         QTest::keyClick(&view, Qt::Key_End, Qt::ControlModifier);
         QCOMPARE(face->cursorPosition(), size + 1 + 4); // behind "next"
         QTest::keyClick(&view, Qt::Key_Up);
