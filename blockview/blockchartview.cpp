@@ -80,7 +80,8 @@ void BlockChartView::resizeEvent(QResizeEvent* event)
 // The chart as it stands, at its present size.
 QPixmap BlockChartView::picture() const
 {
-    QPixmap pixmap(chart()->size().toSize());
+    QPixmap pixmap(chart()->size().toSize() * devicePixelRatio());
+    pixmap.setDevicePixelRatio(devicePixelRatio());
     pixmap.fill(palette().color(QPalette::Base));
     QPainter painter(&pixmap);
     scene()->render(&painter, QRectF(), chart()->geometry());
@@ -117,6 +118,8 @@ void BlockChartView::hideEvent(QHideEvent* event)
 {
     QChartView::hideEvent(event);
     painted = false;
+    snapshotTimer.stop();
+    settle();
 }
 
 void BlockChartView::settle()
