@@ -23,17 +23,6 @@
 namespace
 {
 
-// Mode shapes: about 110 bytes a line.
-BlockText modeShapes(qint64 lines)
-{
-    BlockText text;
-    text.reserve(qsizetype(lines * 112));
-    char line[160];
-    for (qint64 i = 0; i < lines; ++i)
-        text.appendLine(line, modeShapesLine(line, sizeof line, i));
-    return text;
-}
-
 // Takes the offer to save and names the file; the progress dialog is left
 // to run.
 void answerWith(const QString& path)
@@ -55,11 +44,16 @@ struct Copied {
     double ms, peakMb, selectionMb;
 };
 
-// Select all and copy on a shown page of so many lines.
+// Select all and copy on a shown page of so many lines of Mode Shapes.
 Copied copyAll(qint64 lines)
 {
+    BlockText text;
+    text.reserve(qsizetype(lines * 112));
+    char line[160];
+    for (qint64 i = 0; i < lines; ++i)
+        text.appendLine(line, modeShapesLine(line, sizeof line, i));
     BlockView view;
-    view.setBlockText(modeShapes(lines));
+    view.setBlockText(std::move(text));
     view.resize(900, 600);
     view.show();
     QCoreApplication::processEvents();
