@@ -31,11 +31,8 @@ constexpr int margin = 4; // left and right of the text, as in a text edit
 constexpr int topMargin = 2;
 constexpr int autoScrollMs = 50;
 constexpr qsizetype layoutCacheMin = 512;
-constexpr int runsInSight = 8; // runs kept laid out for each line in sight
-constexpr int tabColumns = 8;
+constexpr int runsInSight = 8;          // runs kept laid out for each line in sight
 constexpr qint64 findBarTextMax = 1024; // a selection taken into the find bar
-// Wider than any line, so that nothing wraps.
-constexpr qreal unlimitedWidth = qreal(INT_MAX / 256);
 
 QString shortcutText(QKeySequence::StandardKey key)
 {
@@ -72,6 +69,8 @@ BlockView::BlockView(QWidget* parent) : QAbstractScrollArea(parent)
     Q_UNUSED(accessible);
     setFocusPolicy(Qt::StrongFocus);
     viewport()->setCursor(Qt::IBeamCursor);
+    runs.setText(&text);
+    runs.setWidthListener([this] { scheduleRangeUpdate(); });
     updateMetrics();
 }
 
@@ -80,8 +79,8 @@ BlockView::~BlockView() = default;
 void BlockView::setBlockText(BlockText newText)
 {
     text = std::move(newText);
-    anchor = cursor = Pos{};
-    preferredX = -1;
+    runs.setText(&text);
+    caret = BlockCaret();
     verticalScrollBar()->setValue(0);
     horizontalScrollBar()->setValue(0);
     updateMetrics();
@@ -158,24 +157,16 @@ QRect BlockView::lineRect(qsizetype line) const
 
 QRect BlockView::cursorRect() const
 {
-    const Pos at = clamped(cursor);
+    const Pos at = clamped(caret.cursor());
     return QRect(viewX(textLeft() + xOf(at)), lineTop(at.line), caretWidth(), lineSpacing);
 }
 
 void BlockView::updateMetrics()
 {
     lineSpacing = std::max(1, QFontMetrics(font()).lineSpacing());
-    // A column as a run is laid out, rounding and all, so that runs meet.
-    QTextLayout digits(QString(runColumns, QLatin1Char('0')), font(), viewport());
-    digits.beginLayout();
-    QTextLine row = digits.createLine();
-    row.setLineWidth(unlimitedWidth);
-    digits.endLayout();
-    columnWidth = std::max<qreal>(1, row.naturalTextWidth() / runColumns);
-    layouts.clear();
-    widest = 0;
+    runs.setFont(font(), viewport());
     if (text.longestLine() >= 0)
-        layoutOf(text.longestLine());
+        runs.layoutOf(text.longestLine());
     updateScrollBars();
     viewport()->update();
 }
@@ -184,6 +175,7 @@ void BlockView::updateScrollBars()
 {
     rangeUpdatePending = false;
     const int lines = visibleLines();
+    runs.setCacheLimit(std::max<qsizetype>(layoutCacheMin, runsInSight * lines));
     QScrollBar* vertical = verticalScrollBar();
     const qsizetype lastFirst = std::max<qsizetype>(0, text.lineCount() - lines);
     vertical->setRange(0, int(std::min<qsizetype>(lastFirst, INT_MAX)));
@@ -191,7 +183,8 @@ void BlockView::updateScrollBars()
     vertical->setSingleStep(1);
     QScrollBar* horizontal = horizontalScrollBar();
     const int width = viewport()->width();
-    const qreal over = std::max<qreal>(0, std::ceil(widest) + 2 * margin + caretWidth() - width);
+    const qreal over =
+        std::max<qreal>(0, std::ceil(runs.widest()) + 2 * margin + caretWidth() - width);
     const qreal scrolled = scrolledX();
     hScale = int(std::max<qreal>(1, std::ceil(over / (INT_MAX / 2))));
     horizontal->setRange(0, int(std::ceil(over / hScale)));
@@ -219,100 +212,17 @@ void BlockView::ensureVisible(Pos pos)
         horizontal->setValue(int(std::ceil((x - room) / hScale)));
 }
 
-// --- Layouts
-
-qsizetype BlockView::runCount(qsizetype line) const
-{
-    if (!text.isLong(line))
-        return 1;
-    return std::max<qsizetype>(1, (text.lineLength(line) + runColumns - 1) / runColumns);
-}
-
-// The run holding the place before a column; the last run holds the end.
-qsizetype BlockView::runOf(qsizetype line, qsizetype column) const
-{
-    return text.isLong(line) ? std::clamp<qsizetype>(column / runColumns, 0, runCount(line) - 1)
-                             : 0;
-}
-
-const QTextLayout& BlockView::layoutOf(qsizetype line, qsizetype run) const
-{
-    const auto key = std::make_pair(line, run);
-    const auto found = layouts.find(key);
-    if (found != layouts.end())
-        return *found->second;
-    if (qsizetype(layouts.size()) >=
-        std::max<qsizetype>(layoutCacheMin, runsInSight * visibleLines()))
-        layouts.clear();
-    return *layouts.emplace(key, makeLayout(line, run)).first->second;
-}
-
-std::unique_ptr<QTextLayout> BlockView::makeLayout(qsizetype line, qsizetype run) const
-{
-    const bool isLong = text.isLong(line);
-    QString shown = isLong ? text.lineSlice(line, runStart(run), runColumns) : text.line(line);
-    // Separators would break the line in two; in a long line a tab takes one
-    // column like every other character, or the runs would overlap.
-    for (QChar& c : shown)
-        if (c == QChar::LineSeparator || c == QChar::ParagraphSeparator)
-            c = QChar::ReplacementCharacter;
-        else if (isLong && c == QLatin1Char('\t'))
-            c = QLatin1Char(' ');
-    auto layout = std::make_unique<QTextLayout>(shown, font(), viewport());
-    QTextOption option;
-    option.setWrapMode(QTextOption::NoWrap);
-    option.setFlags(QTextOption::IncludeTrailingSpaces);
-    option.setTabStopDistance(tabColumns * QFontMetricsF(font()).horizontalAdvance(' '));
-    layout->setTextOption(option);
-    layout->setCacheEnabled(true);
-    layout->beginLayout();
-    QTextLine row = layout->createLine();
-    row.setLineWidth(unlimitedWidth);
-    row.setPosition(QPointF(0, 0));
-    layout->endLayout();
-    const qreal width = row.naturalTextWidth();
-    noteWidth(isLong ? std::max(runX(run) + width, text.lineLength(line) * columnWidth) : width);
-    return layout;
-}
-
 // The range of the horizontal scroll bar grows as wider lines come in sight;
 // it changes after the painting that found them.
-void BlockView::noteWidth(qreal width) const
+void BlockView::scheduleRangeUpdate()
 {
-    if (width <= widest)
-        return;
-    widest = width;
     if (rangeUpdatePending)
         return;
     rangeUpdatePending = true;
-    auto* self = const_cast<BlockView*>(this);
-    QTimer::singleShot(0, self, [self] {
-        if (self->rangeUpdatePending)
-            self->updateScrollBars();
+    QTimer::singleShot(0, this, [this] {
+        if (rangeUpdatePending)
+            updateScrollBars();
     });
-}
-
-qreal BlockView::xOf(Pos pos) const
-{
-    if (pos.line < 0 || pos.line >= text.lineCount())
-        return 0;
-    const qsizetype run = runOf(pos.line, pos.column);
-    const int column = int(pos.column - runStart(run));
-    return runX(run) + layoutOf(pos.line, run).lineAt(0).cursorToX(column);
-}
-
-// The column at x from the start of the text: in a long line, in the run
-// whose columns lie under x.
-qsizetype BlockView::columnAt(qsizetype line, qreal x, bool onCharacter) const
-{
-    const qreal span = runColumns * columnWidth;
-    const qsizetype run =
-        text.isLong(line)
-            ? qsizetype(std::clamp<qreal>(std::floor(x / span), 0, qreal(runCount(line) - 1)))
-            : 0;
-    const auto mode =
-        onCharacter ? QTextLine::CursorOnCharacter : QTextLine::CursorBetweenCharacters;
-    return runStart(run) + layoutOf(line, run).lineAt(0).xToCursor(x - runX(run), mode);
 }
 
 BlockView::Pos BlockView::posAt(const QPoint& point, bool onCharacter) const
@@ -321,7 +231,7 @@ BlockView::Pos BlockView::posAt(const QPoint& point, bool onCharacter) const
         return {};
     const qsizetype row = qsizetype(std::floor(double(point.y() - topMargin) / lineSpacing));
     const qsizetype line = std::clamp<qsizetype>(firstLine() + row, 0, text.lineCount() - 1);
-    return {line, columnAt(line, point.x() - textLeft(), onCharacter)};
+    return {line, runs.columnAt(line, point.x() - textLeft(), onCharacter)};
 }
 
 // --- Painting
@@ -344,34 +254,36 @@ void BlockView::paintLine(QPainter& painter, qsizetype line) const
     qsizetype first = 0;
     qsizetype last = 0;
     if (text.isLong(line)) {
-        const qreal span = runColumns * columnWidth;
+        const qreal span = BlockRunLayout::runColumns * runs.columnWidth();
         const qreal left = scrolledX() - margin;
         first = qsizetype(std::max<qreal>(0, std::floor(left / span) - 1));
-        last = std::min(runCount(line) - 1, qsizetype((left + viewport()->width()) / span) + 1);
+        last =
+            std::min(runs.runCount(line) - 1, qsizetype((left + viewport()->width()) / span) + 1);
     }
     for (qsizetype run = first; run <= last; ++run)
         paintRun(painter, line, run);
     const qreal top = lineTop(line);
     const Pos lineEnd{line, hasSelection() ? text.lineLength(line) : 0};
     if (hasSelection() && selectionStart().line <= line && line < selectionEnd().line &&
-        runOf(line, lineEnd.column) <= last) { // its line feed is selected too
+        runs.runOf(line, lineEnd.column) <= last) { // its line feed is selected too
         const auto group = hasFocus() ? QPalette::Active : QPalette::Inactive;
         const qreal x = textLeft() + xOf(lineEnd);
         const qreal blank = QFontMetricsF(font()).horizontalAdvance(' ');
         painter.fillRect(QRectF(x, top, blank, lineSpacing),
                          palette().brush(group, QPalette::Highlight));
     }
-    const qsizetype caretRun = runOf(line, cursor.column);
-    if (line == cursor.line && caretOn && hasFocus() && first <= caretRun && caretRun <= last)
-        layoutOf(line, caretRun)
-            .drawCursor(&painter, QPointF(textLeft() + runX(caretRun), top),
-                        int(cursor.column - runStart(caretRun)), caretWidth());
+    const Pos at = caret.cursor();
+    const qsizetype caretRun = runs.runOf(line, at.column);
+    if (line == at.line && caretOn && hasFocus() && first <= caretRun && caretRun <= last)
+        runs.layoutOf(line, caretRun)
+            .drawCursor(&painter, QPointF(textLeft() + runs.runX(caretRun), top),
+                        int(at.column - BlockRunLayout::runStart(caretRun)), caretWidth());
 }
 
 void BlockView::paintRun(QPainter& painter, qsizetype line, qsizetype run) const
 {
-    const QTextLayout& layout = layoutOf(line, run);
-    const qsizetype start = runStart(run);
+    const QTextLayout& layout = runs.layoutOf(line, run);
+    const qsizetype start = BlockRunLayout::runStart(run);
     const qsizetype end = start + layout.text().size();
     QVector<QTextLayout::FormatRange> selections;
     const Pos from = selectionStart();
@@ -387,7 +299,7 @@ void BlockView::paintRun(QPainter& painter, qsizetype line, qsizetype run) const
         range.format.setForeground(palette().brush(group, QPalette::HighlightedText));
         selections.append(range);
     }
-    layout.draw(&painter, QPointF(textLeft() + runX(run), lineTop(line)), selections);
+    layout.draw(&painter, QPointF(textLeft() + runs.runX(run), lineTop(line)), selections);
 }
 
 void BlockView::scrollContentsBy(int, int)
@@ -411,40 +323,27 @@ void BlockView::changeEvent(QEvent* event)
 
 // --- Cursor and selection
 
-BlockView::Pos BlockView::clamped(Pos pos) const
+void BlockView::setCaret(const BlockCaret& next)
 {
-    const qsizetype count = text.lineCount();
-    if (count == 0)
-        return {};
-    if (pos.line >= count)
-        return {count - 1, text.lineLength(count - 1)};
-    return pos;
-}
-
-void BlockView::setAnchorAndCursor(Pos newAnchor, Pos newCursor)
-{
-    const Pos oldAnchor = anchor;
-    const Pos oldCursor = cursor;
-    anchor = newAnchor;
-    cursor = newCursor;
-    if (anchor == oldAnchor && cursor == oldCursor)
+    const BlockCaret old = caret;
+    caret = next;
+    if (caret == old)
         return;
     viewport()->update();
     restartBlinking();
-    announce(oldAnchor, oldCursor);
+    announce(old);
 }
 
 void BlockView::moveCursor(Pos to, bool keepAnchor)
 {
-    setAnchorAndCursor(keepAnchor ? anchor : to, to);
+    setCaret(caret.placed(to, keepAnchor));
     ensureVisible(to);
 }
 
 void BlockView::selectAll()
 {
-    // Through the last line feed, so that a copy gives the whole text.
     if (text.lineCount() > 0)
-        setAnchorAndCursor({}, {text.lineCount(), 0});
+        setCaret(BlockCaret::all(text));
 }
 
 qint64 BlockView::copyLimit = qint64(64) << 20;
@@ -536,85 +435,13 @@ void BlockView::saveSelection()
                                  .arg(path, QString::fromLocal8Bit(file.error().c_str())));
 }
 
-BlockView::Pos BlockView::moved(Pos from, Move move) const
-{
-    const qsizetype last = text.lineCount() - 1;
-    if (last < 0)
-        return {};
-    const Pos at = clamped(from);
-    switch (move) {
-    case Move::Left:
-    case Move::Right:
-        return stepped(at, move == Move::Right, false);
-    case Move::WordLeft:
-    case Move::WordRight:
-        return stepped(at, move == Move::WordRight, true);
-    case Move::Up:
-    case Move::Down:
-        return besideLine(at, move == Move::Up ? -1 : 1);
-    case Move::PageUp:
-    case Move::PageDown:
-        return besideLine(at, move == Move::PageUp ? -visibleLines() : visibleLines());
-    case Move::LineStart:
-        return {at.line, 0};
-    case Move::LineEnd:
-        return {at.line, text.lineLength(at.line)};
-    case Move::Start:
-        return {};
-    case Move::End:
-        return {last, text.lineLength(last)};
-    case Move::LastLine:
-        return {last, 0};
-    }
-    return at;
-}
-
-// One character (a whole cluster) or word on, crossing line ends.
-BlockView::Pos BlockView::stepped(Pos from, bool forward, bool words) const
-{
-    const auto mode = words ? QTextLayout::SkipWords : QTextLayout::SkipCharacters;
-    if (forward && from.column < text.lineLength(from.line)) {
-        const qsizetype run = runOf(from.line, from.column);
-        const qsizetype start = runStart(run);
-        const QTextLayout& layout = layoutOf(from.line, run);
-        return {from.line, start + layout.nextCursorPosition(int(from.column - start), mode)};
-    }
-    if (!forward && from.column > 0) {
-        const qsizetype run = runOf(from.line, from.column - 1);
-        const qsizetype start = runStart(run);
-        const QTextLayout& layout = layoutOf(from.line, run);
-        return {from.line, start + layout.previousCursorPosition(int(from.column - start), mode)};
-    }
-    if (forward)
-        return from.line + 1 < text.lineCount() ? Pos{from.line + 1, 0} : from;
-    return from.line > 0 ? Pos{from.line - 1, text.lineLength(from.line - 1)} : from;
-}
-
-BlockView::Pos BlockView::besideLine(Pos from, qsizetype lines) const
-{
-    const qsizetype line = std::clamp<qsizetype>(from.line + lines, 0, text.lineCount() - 1);
-    const qreal x = preferredX >= 0 ? preferredX : xOf(from);
-    return {line, columnAt(line, x)};
-}
-
 void BlockView::selectWordAt(const QPoint& point)
 {
     if (text.lineCount() == 0)
         return;
-    const Pos at = posAt(point, true);
-    qsizetype offset = 0;
-    const QString line = text.lineAround(at.line, at.column, offset);
-    if (line.isEmpty())
-        return;
-    // The boundary item holding the character under the pointer.
-    const int column = int(std::min<qsizetype>(at.column - offset, line.size() - 1));
-    QTextBoundaryFinder finder(QTextBoundaryFinder::Word, line);
-    finder.setPosition(column + 1);
-    const qsizetype start = std::max<qsizetype>(0, finder.toPreviousBoundary());
-    finder.setPosition(column);
-    const qsizetype end = finder.toNextBoundary();
-    setAnchorAndCursor({at.line, offset + start},
-                       {at.line, offset + (end < 0 ? line.size() : end)});
+    const BlockCaret word = BlockCaret::wordAt(text, posAt(point, true));
+    if (word.hasSelection())
+        setCaret(word);
 }
 
 int BlockView::offsetOf(Pos pos) const
@@ -635,22 +462,21 @@ BlockView::Pos BlockView::posOf(qsizetype offset) const
 
 // Tells assistive technology, as a text edit does; only when one listens,
 // since the first offset asked for costs a pass over the text.
-void BlockView::announce(Pos oldAnchor, Pos oldCursor)
+void BlockView::announce(const BlockCaret& old)
 {
-    const bool selectionMoved = std::min(oldAnchor, oldCursor) != selectionStart() ||
-                                std::max(oldAnchor, oldCursor) != selectionEnd();
+    const bool selectionMoved = old.start() != selectionStart() || old.end() != selectionEnd();
     if (selectionMoved)
         emit selectionChanged();
     if (!QAccessible::isActive())
         return;
-    const int position = offsetOf(cursor);
+    const int position = offsetOf(caret.cursor());
     if (selectionMoved) {
         QAccessibleTextSelectionEvent event(this, offsetOf(selectionStart()),
                                             offsetOf(selectionEnd()));
         event.setCursorPosition(position);
         QAccessible::updateAccessibility(&event);
     }
-    if (oldCursor != cursor) {
+    if (old.cursor() != caret.cursor()) {
         QAccessibleTextCursorEvent event(this, position);
         QAccessible::updateAccessibility(&event);
     }
@@ -755,15 +581,11 @@ bool BlockView::handleNavigationKey(QKeyEvent* event)
 
 void BlockView::navigate(Move move, bool select)
 {
-    const bool vertical = move >= Move::Up && move <= Move::PageDown;
-    if (!vertical)
-        preferredX = -1;
-    else if (preferredX < 0)
-        preferredX = xOf(clamped(cursor));
+    const BlockCaret next = caret.moved(move, select, runs, visibleLines());
     // An arrow without Shift leaves a selection at the side it points to.
     if (!select && hasSelection() && (move == Move::Left || move == Move::Right)) {
-        const Pos side = clamped(move == Move::Left ? selectionStart() : selectionEnd());
-        moveCursor(side, false);
+        setCaret(next);
+        ensureVisible(next.cursor());
         return;
     }
     // The view scrolls at once, the caret follows: a line a step, a page a
@@ -774,7 +596,8 @@ void BlockView::navigate(Move move, bool select)
         QScrollBar* vertical = verticalScrollBar();
         vertical->setValue(vertical->value() + back * (line ? 1 : visibleLines()));
     }
-    moveCursor(moved(cursor, move), select);
+    setCaret(next);
+    ensureVisible(next.cursor());
 }
 
 bool BlockView::handleCommandKey(QKeyEvent* event)
@@ -804,7 +627,6 @@ void BlockView::mousePressEvent(QMouseEvent* event)
         QAbstractScrollArea::mousePressEvent(event);
         return;
     }
-    preferredX = -1;
     dragging = true;
     moveCursor(posAt(event->position().toPoint()), event->modifiers() & Qt::ShiftModifier);
 }

@@ -22,9 +22,9 @@ char folded(char c)
 
 } // namespace
 
-BlockViewSearch::BlockViewSearch(const BlockText& text, const QString& needle,
-                                 Qt::CaseSensitivity cs)
-    : text(text), needle(needle), cs(cs)
+BlockViewSearch::BlockViewSearch(const BlockText& searched, const QString& sought,
+                                 Qt::CaseSensitivity sensitivity)
+    : text(searched), needle(sought), cs(sensitivity)
 {
     // A needle that folds to ASCII ("K" as the Kelvin sign) can match ASCII;
     // any other non-ASCII needle never can.

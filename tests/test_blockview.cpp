@@ -1,8 +1,12 @@
 // The block page: which lines the reader keeps and when it reports progress,
+// where its runs put characters, how its caret steps, what its search finds,
 // and the view driven through its keys, mouse, find bar, clipboard and
 // accessible text.
+#include "blockcaret.h"
 #include "blockreader.h"
+#include "blockrunlayout.h"
 #include "blockview.h"
+#include "blockviewsearch.h"
 #include "dialoganswerer.h"
 #include "scratchdir.h"
 
@@ -24,6 +28,22 @@ BlockText readBytes(QByteArray bytes, int header, QList<QByteArray>& skipped,
 // Tabs, a combining accent, wide letters and cases to find beside plain lines.
 const QString sample = "alpha beta\tgamma\nse\u0301cond \uFF57\uFF49\uFF44\uFF45 line\nthird one\n"
                        "abc Mode\nmode x MODE\nGr\u00F6\u00DFe kelvin\n";
+
+// Long lines (over 16 KiB) with a tab, a pair of units and accents, between
+// short ones, an empty one and a short one with a tab.
+const BlockText lines =
+    BlockText::fromString("alpha beta\n\n" + QString(3000, 'a') + "\t" + QString(17000, 'b') +
+                          "\nx\U0001F600" + QString(9000, QChar(0xE9)) +
+                          "\nab\tc\nlast\nGr\u00FC\u00DFe x\nplain x\n\u00E7\u00E0 x \u00E7a\n");
+
+// The page's font, and a run layout of the lines in it.
+struct Runs : BlockRunLayout {
+    Runs()
+    {
+        setText(&lines);
+        setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    }
+};
 
 // At the browser's size, in a font that is not the interface's.
 struct Page {
@@ -124,6 +144,129 @@ private slots:
         QCOMPARE(text.line(kept - 1), pattern.last());
     }
 
+    void runs_data()
+    {
+        QTest::addColumn<qsizetype>("line");
+        QTest::addColumn<qsizetype>("column");
+        QTest::addColumn<qsizetype>("run");
+        QTest::addColumn<int>("x"); // in columns
+        // clang-format off
+        QTest::newRow("empty line")           << qsizetype(1) << qsizetype(0)     << qsizetype(0)  << 0;
+        QTest::newRow("tab in a short line")  << qsizetype(4) << qsizetype(3)     << qsizetype(0)  << 8;
+        QTest::newRow("a run's last column")  << qsizetype(2) << qsizetype(1023)  << qsizetype(0)  << 1023;
+        QTest::newRow("the next run's first") << qsizetype(2) << qsizetype(1024)  << qsizetype(1)  << 1024;
+        QTest::newRow("after a long line's tab") << qsizetype(2) << qsizetype(3001) << qsizetype(2) << 3001;
+        QTest::newRow("a long line's end")    << qsizetype(2) << qsizetype(20001) << qsizetype(19) << 20001;
+        QTest::newRow("accents past an edge") << qsizetype(3) << qsizetype(1025)  << qsizetype(1)  << 1025;
+        // clang-format on
+    }
+
+    // Every unit of a long line takes a column, a tab too; a place and its x lead to each other.
+    void runs()
+    {
+        QFETCH(qsizetype, line);
+        QFETCH(qsizetype, column);
+        Runs runs;
+        const qreal x = runs.xOf(line, column);
+        QTEST(runs.runOf(line, column), "run");
+        QTEST(qRound(x / runs.columnWidth()), "x");
+        QCOMPARE(runs.columnAt(line, x), column);
+        QCOMPARE(runs.columnAt(line, x + 1e6 * runs.columnWidth()), lines.lineLength(line));
+        QCOMPARE(runs.runCount(2), 20);
+    }
+
+    void caret_data()
+    {
+        // Moves from a place ("S" before one: with Shift; "All": select all, "Word": the word
+        // at the caret): where the anchor and the caret end, as line and column each.
+        using P = QList<qsizetype>;
+        QTest::addColumn<P>("from");
+        QTest::addColumn<QString>("moves");
+        QTest::addColumn<P>("to");
+        // clang-format off
+        QTest::newRow("over a run's edge")     << P{2, 1023} << "Right"            << P{2, 1024, 2, 1024};
+        QTest::newRow("back over it")          << P{2, 1025} << "Left,Left"        << P{2, 1023, 2, 1023};
+        QTest::newRow("accents over an edge")  << P{3, 1022} << "Right,Right,Left" << P{3, 1023, 3, 1023};
+        QTest::newRow("a pair is one step")    << P{3, 1}    << "Right,Right,Left" << P{3, 3, 3, 3};
+        QTest::newRow("words")                 << P{0, 0}    << "WordRight,Right,WordLeft" << P{0, 6, 0, 6};
+        QTest::newRow("over line ends")        << P{0, 10}   << "Right,Right"      << P{2, 0, 2, 0};
+        QTest::newRow("back over an empty line") << P{2, 0}  << "Left,Left"        << P{0, 10, 0, 10};
+        QTest::newRow("held at the start")     << P{0, 0}    << "Left,WordLeft,Up,PageUp" << P{0, 0, 0, 0};
+        QTest::newRow("held at the end")       << P{8, 7}    << "Right,WordRight,Down" << P{8, 7, 8, 7};
+        QTest::newRow("down keeps its x")      << P{0, 5}    << "Down,Down"        << P{2, 5, 2, 5};
+        QTest::newRow("past short lines and back") << P{2, 5000} << "Down,Down,Down,Up,Up,Up" << P{2, 5000, 2, 5000};
+        QTest::newRow("a page short of the end") << P{6, 1}  << "PageDown"         << P{8, 1, 8, 1};
+        QTest::newRow("pages back")            << P{4, 2}    << "PageUp,PageUp"    << P{0, 2, 0, 2};
+        QTest::newRow("line end and start")    << P{2, 5}    << "LineEnd,SLineStart" << P{2, 20001, 2, 0};
+        QTest::newRow("end, last line, start") << P{3, 7}    << "End,SLastLine,SStart" << P{8, 7, 0, 0};
+        QTest::newRow("selected over an edge") << P{2, 1022} << "SRight,SRight,SRight" << P{2, 1022, 2, 1025};
+        QTest::newRow("over lines, collapsed") << P{0, 2}    << "SDown,SDown,Left" << P{0, 2, 0, 2};
+        QTest::newRow("all, then to its end")  << P{3, 3}    << "All,Right"        << P{8, 7, 8, 7};
+        QTest::newRow("a word")                << P{0, 7}    << "Word"             << P{0, 6, 0, 10};
+        QTest::newRow("a tab between words")   << P{4, 2}    << "Word"             << P{4, 2, 4, 3};
+        // clang-format on
+    }
+
+    void caret()
+    {
+        QFETCH(QList<qsizetype>, from);
+        QFETCH(QString, moves);
+        using M = BlockCaret::Move;
+        static const QHash<QString, M> names{{"Left", M::Left},
+                                             {"Right", M::Right},
+                                             {"WordLeft", M::WordLeft},
+                                             {"WordRight", M::WordRight},
+                                             {"Up", M::Up},
+                                             {"Down", M::Down},
+                                             {"PageUp", M::PageUp},
+                                             {"PageDown", M::PageDown},
+                                             {"LineStart", M::LineStart},
+                                             {"LineEnd", M::LineEnd},
+                                             {"Start", M::Start},
+                                             {"End", M::End},
+                                             {"LastLine", M::LastLine}};
+        Runs runs;
+        BlockCaret caret({from[0], from[1]}, {from[0], from[1]});
+        for (const QString& move : moves.split(',')) {
+            if (move == "All" || move == "Word")
+                caret = move == "All" ? BlockCaret::all(lines)
+                                      : BlockCaret::wordAt(lines, caret.cursor());
+            else
+                caret = caret.moved(names.value(move.mid(move.startsWith('S'))),
+                                    move.startsWith('S'), runs, 2);
+        }
+        const QList<qsizetype> ends{caret.anchor().line, caret.anchor().column, caret.cursor().line,
+                                    caret.cursor().column};
+        QTEST(ends, "to");
+    }
+
+    void search_data()
+    {
+        using P = QList<qsizetype>;
+        QTest::addColumn<QString>("needle");
+        QTest::addColumn<P>("from");  // line, column, backward
+        QTest::addColumn<P>("found"); // line, column, wrapped
+        // clang-format off
+        QTest::newRow("back to a line's last unit") << "X"      << P{7, 0, 1}    << P{6, 6, 0};
+        QTest::newRow("back, any case")       << "GR\u00DC"    << P{7, 3, 1}    << P{6, 0, 0};
+        QTest::newRow("back within the line") << "\u00E7A"     << P{8, 7, 1}    << P{8, 5, 0};
+        QTest::newRow("back over the start")  << "\u00E7a"     << P{8, 5, 1}    << P{8, 5, 1};
+        QTest::newRow("back to a long line's end") << "\u00E9\u00E9" << P{4, 0, 1} << P{3, 9001, 0};
+        QTest::newRow("back to its start")    << "x\U0001F600" << P{4, 0, 1}    << P{3, 0, 0};
+        QTest::newRow("on, over the end")     << "x\U0001F600" << P{3, 1, 0}    << P{3, 0, 1};
+        // clang-format on
+    }
+
+    // Searched as typed in the find bar, from the caret.
+    void search()
+    {
+        QFETCH(QString, needle);
+        QFETCH(QList<qsizetype>, from);
+        const BlockViewSearch search(lines, needle, Qt::CaseInsensitive);
+        const BlockViewSearch::Hit hit = search.find(from[0], from[1], from[2]);
+        QTEST((QList<qsizetype>{hit.line, hit.column, hit.wrapped}), "found");
+    }
+
     void interact_data()
     {
         // Keys in the view; "drag" with the mouse, or a text to find and keys in the find
@@ -175,11 +318,11 @@ private slots:
         QGuiApplication::clipboard()->clear();
         page.keys(steps[0]);
         if (steps[1] == "drag") {
-            const QPoint end(viewport->width() - 2, page.view.lineRect(1).center().y());
+            const QPoint to(viewport->width() - 2, page.view.lineRect(1).center().y());
             QTest::mousePress(viewport, Qt::LeftButton, {},
                               {1, page.view.lineRect(0).center().y()});
-            QTest::mouseMove(viewport, end);
-            QTest::mouseRelease(viewport, Qt::LeftButton, {}, end);
+            QTest::mouseMove(viewport, to);
+            QTest::mouseRelease(viewport, Qt::LeftButton, {}, to);
         } else if (!steps[1].isEmpty()) {
             page.keys("Ctrl+F");
             auto* edit = page.view.findChild<QLineEdit*>("find text");
