@@ -402,7 +402,7 @@ void BlockView::saveSelection()
 {
     const QString size = QString::number(double(selectionBytes()) / (1 << 20), 'f', 0);
     if (QMessageBox::question(this, tr("Copy"),
-                              tr("The selection holds %1 MB of text, too much for the "
+                              tr("The selection holds %1 MiB of text, too much for the "
                                  "clipboard.\nSave it to a file instead?")
                                   .arg(size),
                               QMessageBox::Save | QMessageBox::Cancel,
