@@ -109,12 +109,36 @@ QString BlockView::textBetween(Pos from, Pos to) const
     const qsizetype last = std::min(to.line, text.lineCount() - 1);
     for (qsizetype line = from.line; line <= last; ++line) {
         const qsizetype start = line == from.line ? from.column : 0;
-        const qsizetype length = line == to.line ? to.column - start : LLONG_MAX / 2; // to its end
-        result += text.lineSlice(line, start, length);
+        const qsizetype end = line == to.line ? to.column : LLONG_MAX / 2; // to its end
+        forEachSlice(line, start, end, [&](const QString& piece) {
+            result += piece;
+            return true;
+        });
         if (line < to.line)
             result += QLatin1Char('\n');
     }
     return result;
+}
+
+qsizetype BlockView::pieceUnits = qsizetype(1) << 20;
+
+// A long line is never decoded whole: a copy would hold it twice over.
+bool BlockView::forEachSlice(qsizetype line, qsizetype from, qsizetype to,
+                             const std::function<bool(const QString&)>& sink) const
+{
+    const qsizetype units = std::max<qsizetype>(2, pieceUnits);
+    for (;;) {
+        const qsizetype wanted = std::min(units, to - from);
+        QString piece = text.lineSlice(line, from, wanted);
+        const bool last = piece.size() < wanted || wanted == to - from;
+        if (!last && piece.back().isHighSurrogate()) // not half a pair in each piece
+            piece.chop(1);
+        from += piece.size();
+        if (!sink(piece))
+            return false;
+        if (last)
+            return true;
+    }
 }
 
 // --- Geometry
@@ -375,22 +399,20 @@ qint64 BlockView::bytesBetween(Pos from, Pos to) const
     return (end.data() + end.size() - first.data()) + (last - from.line) + (to.line > last);
 }
 
-bool BlockView::forEachSelectedPiece(
-    const std::function<bool(QByteArrayView, qsizetype)>& sink) const
+bool BlockView::forEachSelectedPiece(const std::function<bool(QByteArrayView)>& sink) const
 {
     const Pos from = selectionStart();
     const Pos to = selectionEnd();
     const qsizetype last = std::min(to.line, text.lineCount() - 1);
     for (qsizetype line = from.line; line <= last; ++line) {
-        const bool whole = (line != from.line || from.column == 0) &&
-                           (line != to.line || to.column >= text.lineLength(line));
-        const QByteArray part =
-            whole ? QByteArray()
-                  : textBetween({line, line == from.line ? from.column : 0},
-                                {line, line == to.line ? to.column : text.lineLength(line)})
-                        .toUtf8();
-        if (!sink(whole ? text.lineView(line) : QByteArrayView(part), line) ||
-            (line < to.line && !sink("\n", line)))
+        const qsizetype start = line == from.line ? from.column : 0;
+        const qsizetype end = line == to.line ? to.column : text.lineLength(line);
+        const bool whole = start == 0 && end >= text.lineLength(line);
+        const bool sent = whole ? sink(text.lineView(line))
+                                : forEachSlice(line, start, end, [&](const QString& piece) {
+                                      return sink(piece.toUtf8());
+                                  });
+        if (!sent || (line < to.line && !sink("\n")))
             return false;
     }
     return true;
@@ -414,25 +436,43 @@ void BlockView::saveSelection()
     platform::FileReplacement file(QFile::encodeName(path).toStdString());
     QProgressDialog progress(tr("Saving the selection"), tr("Cancel"), 0, 1000, this);
     progress.setWindowModality(Qt::WindowModal);
-    const qsizetype first = selectionStart().line;
-    const double lines = double(std::max<qsizetype>(1, selectionEnd().line - first));
-    QByteArray chunk;
-    const bool done = forEachSelectedPiece([&](QByteArrayView piece, qsizetype line) {
-        chunk.append(piece);
-        if (chunk.size() < (1 << 20))
-            return true;
-        progress.setValue(int(1000 * (line - first) / lines));
-        const bool written =
-            !progress.wasCanceled() && file.write(chunk.constData(), size_t(chunk.size()));
-        chunk.clear();
-        return written;
-    });
+    const bool done = writeSelection(file, progress);
     if (progress.wasCanceled())
         return;
-    if (!done || !file.write(chunk.constData(), size_t(chunk.size())) || !file.commit())
+    if (!done || !file.commit())
         QMessageBox::warning(this, tr("Save Selection"),
                              tr("%1 cannot be written:\n%2")
                                  .arg(path, QString::fromLocal8Bit(file.error().c_str())));
+}
+
+// A megabyte at a time, short lines gathered, a long one in parts, so that
+// neither is held whole and Cancel is heard between any two writes.
+bool BlockView::writeSelection(platform::FileReplacement& file, QProgressDialog& progress) const
+{
+    constexpr qsizetype part = qsizetype(1) << 20;
+    const double total = double(std::max<qint64>(1, selectionBytes()));
+    qint64 written = 0;
+    const auto write = [&](QByteArrayView bytes) {
+        for (qsizetype at = 0; at < bytes.size(); at += part) {
+            progress.setValue(int(1000 * (written / total)));
+            const qsizetype size = std::min(part, bytes.size() - at);
+            if (progress.wasCanceled() || !file.write(bytes.data() + at, size_t(size)))
+                return false;
+            written += size;
+        }
+        return true;
+    };
+    QByteArray chunk;
+    const bool done = forEachSelectedPiece([&](QByteArrayView piece) {
+        if (chunk.size() + piece.size() < part) {
+            chunk.append(piece);
+            return true;
+        }
+        const bool fine = write(chunk) && write(piece);
+        chunk.clear();
+        return fine;
+    });
+    return done && write(chunk);
 }
 
 void BlockView::selectWordAt(const QPoint& point)

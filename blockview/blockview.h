@@ -11,6 +11,11 @@
 
 class BlockViewFindBar;
 class QMenu;
+class QProgressDialog;
+namespace platform
+{
+class FileReplacement;
+}
 
 // A read-only view of a block's text that paints only the lines in sight,
 // so that a million lines open at once and scroll without delay. Fixed
@@ -44,6 +49,8 @@ public:
     // Above this many bytes a copy of the selection is offered as a file
     // instead: the clipboard would hold the text several times over.
     static qint64 copyLimit;
+    // A line is copied or saved this many UTF-16 units at a time.
+    static qsizetype pieceUnits;
 
 public slots:
     // Through the last line feed, so that a copy gives toPlainText().
@@ -99,13 +106,17 @@ private:
     Pos selectionEnd() const { return caret.end(); }
     bool hasSelection() const { return caret.hasSelection(); }
     QString textBetween(Pos from, Pos to) const;
+    // [from, to) of a line to sink in pieces of pieceUnits; false when it says stop.
+    bool forEachSlice(qsizetype line, qsizetype from, qsizetype to,
+                      const std::function<bool(const QString&)>& sink) const;
     // The selection's size in bytes, without making its text.
     qint64 selectionBytes() const;
     qint64 bytesBetween(Pos from, Pos to) const;
-    // The selection as UTF-8, a line at a time, to sink; false when it says stop.
-    bool
-    forEachSelectedPiece(const std::function<bool(QByteArrayView, qsizetype line)>& sink) const;
+    // The selection as UTF-8, a line or a piece at a time, to sink; false
+    // when it says stop.
+    bool forEachSelectedPiece(const std::function<bool(QByteArrayView)>& sink) const;
     void saveSelection();
+    bool writeSelection(platform::FileReplacement& file, QProgressDialog& progress) const;
     void setCaret(const BlockCaret& next);
     void setAnchorAndCursor(Pos newAnchor, Pos newCursor)
     {

@@ -24,8 +24,9 @@ BlockText readBytes(QByteArray bytes, int header, QList<QByteArray>& skipped,
     return reader.read(buffer, buffer.size());
 }
 
-// Tabs, a combining accent, wide letters and cases to find beside plain lines.
-const QString sample = "alpha beta\tgamma\nse\u0301cond \uFF57\uFF49\uFF44\uFF45 line\nthird one\n"
+// Tabs, a combining accent, a clef (a pair of units), wide letters and cases to find beside
+// plain lines.
+const QString sample = "alpha beta\tgamma\nse\u0301cond \U0001D11E\uFF44\uFF45 line\nthird one\n"
                        "abc Mode\nmode x MODE\nGr\u00F6\u00DFe kelvin\n";
 
 // Long lines (over 16 KiB) with a tab, a pair of units and accents, between
@@ -359,16 +360,18 @@ private slots:
         QTest::addColumn<QString>("keys");   // the selection
         QTest::addColumn<QString>("answer"); // to "Save it to a file instead?"
         QTest::addColumn<bool>("link");      // the chosen name is a link planted before
+        QTest::addColumn<bool>("big");       // a line of 12 MiB (12.6 MB) instead of the sample
         // clang-format off
-        QTest::newRow("all, saved")      << "Ctrl+A" << "Save" << false;
-        QTest::newRow("in lines, saved") << "Down,Right,Shift+Down,Shift+Down,Shift+Right" << "Save" << false;
-        QTest::newRow("link replaced")   << "Ctrl+A" << "Save" << true;
-        QTest::newRow("cancelled")       << "Ctrl+A" << "Cancel" << false;
+        QTest::newRow("all, saved")      << "Ctrl+A" << "Save" << false << false;
+        QTest::newRow("in lines, saved") << "Down,Right,Shift+Down,Shift+Down,Shift+Right" << "Save" << false << false;
+        QTest::newRow("link replaced")   << "Ctrl+A" << "Save" << true << false;
+        QTest::newRow("cancelled")       << "Ctrl+A" << "Cancel" << false << false;
+        QTest::newRow("a big line")      << "Ctrl+A" << "Save" << false << true;
         // clang-format on
     }
 
     // Too much for the clipboard, the selection goes to a file instead, written
-    // as the program writes its files; the clipboard is left alone.
+    // as the program writes its files, a line in pieces; the clipboard is left alone.
     void copyOverTheLimit()
     {
         QFETCH(QString, keys);
@@ -378,8 +381,12 @@ private slots:
         const QString target = dir.filePath("selection.txt");
         QVERIFY(!link ||
                 (dir.write("victim", "keep") && QFile::link(dir.filePath("victim"), target)));
-        Page page(sample);
+        QFETCH(bool, big);
+        const QString all = big ? QString(12 << 20, 'w') + "\n" : sample;
+        const QString selected = keys == "Ctrl+A" ? all : sample.mid(18, 29);
+        Page page(all);
         const QScopedValueRollback<qint64> limit(BlockView::copyLimit, 10);
+        const QScopedValueRollback<qsizetype> pieces(BlockView::pieceUnits, 2);
         QGuiApplication::clipboard()->clear();
         page.keys(keys);
         DialogAnswerer answers;
@@ -390,10 +397,11 @@ private slots:
             answers.pressButton("&Yes");
         page.keys("Ctrl+C");
         VERIFY_DIALOGS(answers);
-        QVERIFY(answers.seen().value(0).text.startsWith("The selection holds 0 MiB of text"));
+        QVERIFY(answers.seen().value(0).text.startsWith(
+            QString("The selection holds %1 MiB of text").arg(selected.size() >> 20)));
         QCOMPARE(QGuiApplication::clipboard()->text(), "");
-        QCOMPARE(dir.read("selection.txt"), answer == "Save" ? page.view.selectedText().toUtf8()
-                                                             : QByteArray(link ? "keep" : ""));
+        QCOMPARE(dir.read("selection.txt"),
+                 answer == "Save" ? selected.toUtf8() : QByteArray(link ? "keep" : ""));
         QCOMPARE(dir.read("victim"), QByteArray(link ? "keep" : ""));
     }
 };
