@@ -17,7 +17,6 @@
 #include <QProgressDialog>
 #include <QScrollBar>
 #include <QStyle>
-#include <QTextBoundaryFinder>
 #include <QTextLayout>
 #include <QTimer>
 
