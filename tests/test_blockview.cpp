@@ -191,7 +191,7 @@ private slots:
         QTest::newRow("over line ends")        << P{0, 10}   << "Right,Right"      << P{2, 0, 2, 0};
         QTest::newRow("back over an empty line") << P{2, 0}  << "Left,Left"        << P{0, 10, 0, 10};
         QTest::newRow("held at the start")     << P{0, 0}    << "Left,WordLeft,Up,PageUp" << P{0, 0, 0, 0};
-        QTest::newRow("held at the end")       << P{8, 7}    << "Right,WordRight,Down" << P{8, 7, 8, 7};
+        QTest::newRow("held at the end")       << P{8, 7}    << "Down,WordRight,Right" << P{8, 7, 8, 7};
         QTest::newRow("down keeps its x")      << P{0, 5}    << "Down,Down"        << P{2, 5, 2, 5};
         QTest::newRow("past short lines and back") << P{2, 5000} << "Down,Down,Down,Up,Up,Up" << P{2, 5000, 2, 5000};
         QTest::newRow("a page short of the end") << P{6, 1}  << "PageDown"         << P{8, 1, 8, 1};
