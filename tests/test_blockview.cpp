@@ -201,7 +201,7 @@ private slots:
         QTest::newRow("selected over an edge") << P{2, 1022} << "SRight,SRight,SRight" << P{2, 1022, 2, 1025};
         QTest::newRow("over lines, collapsed") << P{0, 2}    << "SDown,SDown,Left" << P{0, 2, 0, 2};
         QTest::newRow("all, then to its end")  << P{3, 3}    << "All,Right"        << P{8, 7, 8, 7};
-        QTest::newRow("a word")                << P{0, 7}    << "Word"             << P{0, 6, 0, 10};
+        QTest::newRow("a word, from its start") << P{0, 6}   << "Word"             << P{0, 6, 0, 10};
         // clang-format on
     }
 
