@@ -621,12 +621,6 @@ bool BlockView::handleNavigationKey(QKeyEvent* event)
 void BlockView::navigate(Move move, bool select)
 {
     const BlockCaret next = caret.moved(move, select, runs, visibleLines());
-    // An arrow without Shift leaves a selection at the side it points to.
-    if (!select && hasSelection() && (move == Move::Left || move == Move::Right)) {
-        setCaret(next);
-        ensureVisible(next.cursor());
-        return;
-    }
     // The view scrolls at once, the caret follows: a line a step, a page a
     // page; a selection grown by Shift+arrows only follows its caret.
     const bool line = move == Move::Up || move == Move::Down;
