@@ -1,22 +1,27 @@
 // Switches a long Mode Shapes page, made by the browser's own road, to its
 // table and its plot, and prints what a user waits for next to the goals:
-// the table's first rows, a numeric sort, the plot, a resize of the plot,
-// and the memory each step adds.
+// the table's first rows, Ctrl+End to its last row, a numeric and a text
+// sort, a CSV export, the plot, a resize of the plot, and the memory each
+// step adds. Repeated steps print the median of their runs.
 //
 //     bench_blocktable [LINES]      default: 1000000
 #include "benchsupport.h"
 #include "blockchartview.h"
 #include "blockpage.h"
+#include "blocktablemodel.h"
 #include "blocktableview.h"
 #include "residentmemory.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QKeyEvent>
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <cstdio>
 #include <functional>
+#include <vector>
 
 namespace
 {
@@ -67,6 +72,100 @@ Step measured(Probe& probe, const std::function<void()>& action)
     return {double(timer.nsecsElapsed()) / 1e6, double(statusKiB("VmHWM:") - before) / 1024};
 }
 
+double median(std::vector<double> runs)
+{
+    std::sort(runs.begin(), runs.end());
+    return runs[runs.size() / 2];
+}
+
+// The medians of five runs of a step, each after its own preparation.
+Step medianOf(Probe& probe, const std::function<void()>& prepare,
+              const std::function<void()>& action)
+{
+    std::vector<double> ms, mb;
+    for (int run = 0; run < 5; ++run) {
+        prepare();
+        const Step step = measured(probe, action);
+        ms.push_back(step.ms);
+        mb.push_back(step.mb);
+    }
+    return {median(ms), median(mb)};
+}
+
+void press(QWidget* widget, int key, Qt::KeyboardModifiers modifiers = {})
+{
+    QKeyEvent event(QEvent::KeyPress, key, modifiers);
+    QCoreApplication::sendEvent(widget, &event);
+}
+
+// From the top, Page Down (the baseline) and Ctrl+End, each to its paint.
+void walkTable(Probe& probe, BlockTableView* table)
+{
+    const auto top = [table] {
+        table->setCurrentIndex(table->model()->index(0, 0));
+        table->scrollToTop();
+        QCoreApplication::processEvents();
+    };
+    const Step page = medianOf(probe, top, [table] { press(table, Qt::Key_PageDown); });
+    row("Table: Page Down (baseline)", page.ms, "ms", "(no goal)", true);
+    const Step end =
+        medianOf(probe, top, [table] { press(table, Qt::Key_End, Qt::ControlModifier); });
+    row("Table: Ctrl+End to the last row", end.ms, "ms", "<= 100 ms", end.ms <= 100);
+}
+
+// Nodal Inertias: a name of up to 30 characters, then four numbers.
+BlockText inertias(qint64 lines)
+{
+    BlockText text;
+    char line[160];
+    for (qint64 i = 0; i < lines; ++i) {
+        const qint64 part = (i * 7919) % 99991;
+        const int size = std::snprintf(line, sizeof line, "%30s%20.6E%18.6E%18.6E%18.6E",
+                                       ("part_" + std::to_string(part)).c_str(), double(part),
+                                       double(i), 1.5, -2.5);
+        text.appendLine(line, size);
+    }
+    return text;
+}
+
+// Sorts by the names and, as the baseline, by a column of numbers.
+void sortWords(qint64 lines)
+{
+    const BlockText text = inertias(lines);
+    BlockTableModel model(text, blockLayouts[9]);
+    const auto timed = [&model](int column) {
+        std::vector<double> runs;
+        for (int run = 0; run < 5; ++run) {
+            QElapsedTimer timer;
+            timer.start();
+            model.sort(column, run % 2 ? Qt::DescendingOrder : Qt::AscendingOrder);
+            runs.push_back(double(timer.nsecsElapsed()) / 1e6);
+        }
+        return median(runs);
+    };
+    const double numbers = timed(1);
+    row("Sort by a number column (baseline)", numbers, "ms", "(no goal)", true);
+    const double words = timed(0);
+    row("Sort by a text column", words, "ms", "<= 1000 ms", words <= 1000);
+}
+
+// Peak memory growth against the size of the file written.
+void exportTable(BlockTableView* table, const QString& path)
+{
+    std::vector<double> growth;
+    for (int run = 0; run < 3; ++run) {
+        resetPeak();
+        const qint64 before = statusKiB("VmRSS:");
+        QString error;
+        if (!table->exportCsv(path, error))
+            std::fprintf(stderr, "export failed: %s\n", qPrintable(error));
+        growth.push_back(double(statusKiB("VmHWM:") - before) * 1024 /
+                         double(std::max<qint64>(1, QFile(path).size())));
+    }
+    const double x = median(growth);
+    row("Export CSV: memory growth", x, "x", "<= 0.1x the CSV", x <= 0.1);
+}
+
 BlockPage* openPage(const QString& path)
 {
     return openReportPage(path, QSize(1100, 700))->findChild<BlockPage*>();
@@ -107,6 +206,11 @@ int main(int argc, char** argv)
     const double perRow = sort.mb * 1048576 / double(lines);
     row("Sort by dz (numeric)", sort.ms, "ms", "<= 1000 ms", sort.ms <= 1000);
     row("Sort: memory growth a row", perRow, "B", "<= 16 B", perRow <= 16);
+    walkTable(probe, page->tableView());
+    page->tableView()->showLineOrder();
+    exportTable(page->tableView(), dir.filePath("table.csv"));
+    QFile::remove(dir.filePath("table.csv"));
+    sortWords(lines);
 
     const Step plot = measured(probe, [&] {
         page->showView(BlockPage::Plot);
