@@ -72,24 +72,14 @@ Step measured(Probe& probe, const std::function<void()>& action)
     return {double(timer.nsecsElapsed()) / 1e6, double(statusKiB("VmHWM:") - before) / 1024};
 }
 
-double median(std::vector<double> runs)
+// The median of several runs of a measurement.
+double medianOf(int runs, const std::function<double()>& run)
 {
-    std::sort(runs.begin(), runs.end());
-    return runs[runs.size() / 2];
-}
-
-// The medians of five runs of a step, each after its own preparation.
-Step medianOf(Probe& probe, const std::function<void()>& prepare,
-              const std::function<void()>& action)
-{
-    std::vector<double> ms, mb;
-    for (int run = 0; run < 5; ++run) {
-        prepare();
-        const Step step = measured(probe, action);
-        ms.push_back(step.ms);
-        mb.push_back(step.mb);
-    }
-    return {median(ms), median(mb)};
+    std::vector<double> figures;
+    for (int i = 0; i < runs; ++i)
+        figures.push_back(run());
+    std::sort(figures.begin(), figures.end());
+    return figures[figures.size() / 2];
 }
 
 void press(QWidget* widget, int key, Qt::KeyboardModifiers modifiers = {})
@@ -106,11 +96,16 @@ void walkTable(Probe& probe, BlockTableView* table)
         table->scrollToTop();
         QCoreApplication::processEvents();
     };
-    const Step page = medianOf(probe, top, [table] { press(table, Qt::Key_PageDown); });
-    row("Table: Page Down (baseline)", page.ms, "ms", "(no goal)", true);
-    const Step end =
-        medianOf(probe, top, [table] { press(table, Qt::Key_End, Qt::ControlModifier); });
-    row("Table: Ctrl+End to the last row", end.ms, "ms", "<= 100 ms", end.ms <= 100);
+    const auto fromTop = [&probe, &top, table](int key, Qt::KeyboardModifiers modifiers) {
+        return medianOf(5, [&] {
+            top();
+            return measured(probe, [&] { press(table, key, modifiers); }).ms;
+        });
+    };
+    const double page = fromTop(Qt::Key_PageDown, {});
+    row("Table: Page Down (baseline)", page, "ms", "(no goal)", true);
+    const double end = fromTop(Qt::Key_End, Qt::ControlModifier);
+    row("Table: Ctrl+End to the last row", end, "ms", "<= 100 ms", end <= 100);
 }
 
 // Nodal Inertias: a name of up to 30 characters, then four numbers.
@@ -134,14 +129,12 @@ void sortWords(qint64 lines)
     const BlockText text = inertias(lines);
     BlockTableModel model(text, blockLayouts[9]);
     const auto timed = [&model](int column) {
-        std::vector<double> runs;
-        for (int run = 0; run < 5; ++run) {
+        return medianOf(5, [&] {
             QElapsedTimer timer;
             timer.start();
-            model.sort(column, run % 2 ? Qt::DescendingOrder : Qt::AscendingOrder);
-            runs.push_back(double(timer.nsecsElapsed()) / 1e6);
-        }
-        return median(runs);
+            model.sort(column);
+            return double(timer.nsecsElapsed()) / 1e6;
+        });
     };
     const double numbers = timed(1);
     row("Sort by a number column (baseline)", numbers, "ms", "(no goal)", true);
@@ -152,17 +145,15 @@ void sortWords(qint64 lines)
 // Peak memory growth against the size of the file written.
 void exportTable(BlockTableView* table, const QString& path)
 {
-    std::vector<double> growth;
-    for (int run = 0; run < 3; ++run) {
+    const double x = medianOf(3, [&] {
         resetPeak();
         const qint64 before = statusKiB("VmRSS:");
         QString error;
         if (!table->exportCsv(path, error))
             std::fprintf(stderr, "export failed: %s\n", qPrintable(error));
-        growth.push_back(double(statusKiB("VmHWM:") - before) * 1024 /
-                         double(std::max<qint64>(1, QFile(path).size())));
-    }
-    const double x = median(growth);
+        return double(statusKiB("VmHWM:") - before) * 1024 /
+               double(std::max<qint64>(1, QFile(path).size()));
+    });
     row("Export CSV: memory growth", x, "x", "<= 0.1x the CSV", x <= 0.1);
 }
 
