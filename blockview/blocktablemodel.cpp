@@ -64,6 +64,15 @@ QString BlockTableModel::text(int row, int column) const
     return fits ? cols.cell(line, layoutColumn(column)) : QString();
 }
 
+int BlockTableModel::widthOf(int column) const
+{
+    if (column == modeColumn())
+        return 5;
+    if (column == noteColumn())
+        return 40; // the rest shows in the tool tip
+    return cols.width(layoutColumn(column));
+}
+
 QVariant BlockTableModel::data(const QModelIndex& index, int role) const
 {
     const qsizetype line = lineOf(index.row());

@@ -41,6 +41,8 @@ public:
     qsizetype lineOf(int row) const;
     // What a cell shows; row -1 gives the column's title.
     QString text(int row, int column) const;
+    // How many characters a column's cells take at most, as a rule.
+    int widthOf(int column) const;
 
     // One row of the selected cells between two columns, parted by tabs,
     // the gaps of a ragged selection empty; row -1: the titles.

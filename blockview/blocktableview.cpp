@@ -50,14 +50,9 @@ void BlockTableView::fitSections()
     const QFontMetrics metrics(font());
     verticalHeader()->setDefaultSectionSize(metrics.height() + 4);
     const int digit = metrics.horizontalAdvance('0');
-    const BlockColumns& cols = cells->columns();
     for (int column = 0; column < cells->columnCount(); ++column) {
-        const int layoutColumn = column - (cells->modeColumn() >= 0);
-        const int chars = column == cells->modeColumn()   ? 5
-                          : column == cells->noteColumn() ? 40
-                                                          : cols.width(layoutColumn);
         const int title = metrics.horizontalAdvance(cells->text(-1, column));
-        setColumnWidth(column, qMax(chars * digit, title + 2 * digit) + digit);
+        setColumnWidth(column, qMax(cells->widthOf(column) * digit, title + 2 * digit) + digit);
     }
 }
 
@@ -110,7 +105,7 @@ BlockFileWriter::NextPiece BlockTableView::tabSeparatedPieces(const QItemSelecti
     }
     qint64 rowBytes = 0;
     for (int column = left; column <= right; ++column)
-        rowBytes += columnWidth(column) / qMax(1, fontMetrics().horizontalAdvance('0')) + 1;
+        rowBytes += cells->widthOf(column) + 1;
     *bytes = rowCount * rowBytes;
     return pieces([this, rows, selection, left, right](int row, QByteArray& out) {
         if (row < 0 || (*rows)[size_t(row)])
