@@ -109,25 +109,19 @@ void walkTable(Probe& probe, BlockTableView* table)
     row("Table: Ctrl+End to the last row", end, "ms", "<= 100 ms", end <= 100);
 }
 
-// The page's lines cut in two: the ID and five components as one text
-// cell, sorted by text, and the last component, sorted by value (the
-// baseline).
+// The page's lines cut in two, the ID and five components as one cell of
+// text, sorted by it; the numeric sort by dz above is its baseline.
 void sortWords(const BlockText& text)
 {
-    const BlockLayout halves = {2, 9, {5 + 5 * 18, 18}, {}};
+    const BlockLayout halves = {2, 9, {5 + 5 * 18, 18}, {}}; // outlives the model
     BlockTableModel model(text, halves);
-    const auto timed = [&model](int column) {
-        return medianOf(5, [&] {
-            QElapsedTimer timer;
-            timer.start();
-            model.sort(column);
-            return double(timer.nsecsElapsed()) / 1e6;
-        });
-    };
-    const double numbers = timed(1);
-    row("Sort by a number column (baseline)", numbers, "ms", "(no goal)", true);
-    const double words = timed(0);
-    row("Sort by a text column", words, "ms", "<= 1000 ms", words <= 1000);
+    const double ms = medianOf(5, [&model] {
+        QElapsedTimer timer;
+        timer.start();
+        model.sort(0);
+        return double(timer.nsecsElapsed()) / 1e6;
+    });
+    row("Sort by a text column", ms, "ms", "<= 1000 ms", ms <= 1000);
 }
 
 // Peak memory growth against the size of the file written.
