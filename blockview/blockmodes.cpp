@@ -27,18 +27,16 @@ void BlockModes::split(const BlockColumns& columns)
     std::vector<Start> headed, fallen;
     double previous = 0;
     for (qsizetype line = 0; line < columns.lineCount(); ++line) {
-        if (!columns.fits(line)) {
+        if (const std::optional<double> id = columns.numberAt(line, 0)) {
+            if (fallen.empty() || *id <= previous)
+                fallen.push_back({line, int(fallen.size()) + 1});
+            previous = *id;
+        } else if (!columns.fits(line)) {
+            misfits = true;
             const QRegularExpressionMatch named = heading.match(columns.misfit(line));
             if (named.hasMatch())
                 headed.push_back({line, named.captured(1).toInt()});
-            continue;
         }
-        const std::optional<double> id = columns.numberAt(line, 0);
-        if (!id)
-            continue;
-        if (fallen.empty() || *id <= previous)
-            fallen.push_back({line, int(fallen.size()) + 1});
-        previous = *id;
     }
     starts = headed.empty() ? std::move(fallen) : std::move(headed);
 }

@@ -18,6 +18,8 @@ public:
     bool isEmpty() const { return starts.empty(); }
     // 0 for a line before the first mode.
     int modeOf(qsizetype line) const;
+    // Whether a line is no data line, seen on the way (false unless split).
+    bool sawMisfits() const { return misfits; }
 
 private:
     struct Start {
@@ -27,4 +29,5 @@ private:
     void split(const BlockColumns& columns);
 
     std::vector<Start> starts;
+    bool misfits = false;
 };

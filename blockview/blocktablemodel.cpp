@@ -23,7 +23,10 @@ const char modeTitle[] = "Mode";
 BlockTableModel::BlockTableModel(const BlockText& text, const BlockLayout& layout, QObject* parent)
     : QAbstractTableModel(parent), cols(text, layout), modes(cols, layout)
 {
-    for (qsizetype line = 0; line < cols.lineCount() && !hasNotes; ++line)
+    // The modes' pass has looked at every line already.
+    hasNotes = modes.sawMisfits();
+    for (qsizetype line = 0; line < cols.lineCount() && !BlockModes::perMode(layout) && !hasNotes;
+         ++line)
         hasNotes = !cols.fits(line);
 }
 
@@ -123,6 +126,8 @@ QVariant BlockTableModel::headerData(int section, Qt::Orientation orientation, i
 
 void BlockTableModel::sort(int column, Qt::SortOrder sortOrder)
 {
+    if (column < 0 && order.empty())
+        return; // line order already: a reset would make the view measure every row again
     beginResetModel();
     order.clear();
     order.shrink_to_fit();
