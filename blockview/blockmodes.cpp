@@ -2,48 +2,62 @@
 
 #include <QRegularExpression>
 
-#include <algorithm>
-#include <cstring>
-
-bool BlockModes::perMode(const BlockLayout& layout)
+BlockModes::BlockModes(const BlockColumns& columns)
 {
-    const char* first = layout.columnTitles[0];
-    return layout.columnCount == 7 && first && std::strcmp(first, "ID") == 0;
+    if (byHeadings(columns) || byRepeatedIds(columns))
+        return;
+    found = {{0, "Mode 1"}};
+    sure = false;
 }
 
-BlockModes::BlockModes(const BlockColumns& columns, const BlockLayout& layout)
+int BlockModes::headingNumber(const QString& line)
 {
-    if (perMode(layout))
-        split(columns);
-}
-
-// A heading that names its mode starts it. A report without such headings
-// is cut where the node ID falls back, which is right while each mode lists
-// its nodes in ascending order.
-void BlockModes::split(const BlockColumns& columns)
-{
-    static const QRegularExpression heading(R"(\bmode\s*(\d+))",
+    static const QRegularExpression heading("^\\s*mode\\s+(\\d{1,9})\\b",
                                             QRegularExpression::CaseInsensitiveOption);
-    std::vector<Start> headed, fallen;
-    double previous = 0;
-    for (qsizetype line = 0; line < columns.lineCount(); ++line) {
-        if (const std::optional<double> id = columns.numberAt(line, 0)) {
-            if (fallen.empty() || *id <= previous)
-                fallen.push_back({line, int(fallen.size()) + 1});
-            previous = *id;
-        } else if (!columns.fits(line)) {
-            misfits = true;
-            const QRegularExpressionMatch named = heading.match(columns.misfit(line));
-            if (named.hasMatch())
-                headed.push_back({line, named.captured(1).toInt()});
-        }
-    }
-    starts = headed.empty() ? std::move(fallen) : std::move(headed);
+    const QRegularExpressionMatch match = heading.match(line);
+    return match.hasMatch() ? match.captured(1).toInt() : 0;
 }
 
-int BlockModes::modeOf(qsizetype line) const
+bool BlockModes::byHeadings(const BlockColumns& columns)
 {
-    const auto after = std::upper_bound(starts.begin(), starts.end(), line,
-                                        [](qsizetype at, const Start& s) { return at < s.line; });
-    return after == starts.begin() ? 0 : std::prev(after)->mode;
+    for (qsizetype line = 0; line < columns.lineCount(); ++line) {
+        if (columns.fits(line))
+            continue;
+        if (const int number = headingNumber(columns.cell(line, 0)))
+            found.push_back({line, QString("Mode %1").arg(number)});
+    }
+    return !found.empty();
+}
+
+// Without headings, the rows of n modes of the same nodes are n equal runs
+// of node IDs; one run of IDs that never repeat is one mode.
+bool BlockModes::byRepeatedIds(const BlockColumns& columns)
+{
+    std::vector<double> firstRun;
+    std::vector<qsizetype> starts;
+    qsizetype row = 0;
+    double id;
+    for (qsizetype line = 0; line < columns.lineCount(); ++line) {
+        if (!columns.fits(line))
+            continue;
+        if (!columns.number(line, 0, id))
+            return false;
+        if (starts.empty() || (starts.size() == 1 && id != firstRun.front())) {
+            if (starts.empty())
+                starts.push_back(line);
+            firstRun.push_back(id);
+        } else {
+            const size_t at = size_t(row) % firstRun.size();
+            if (id != firstRun[at])
+                return false;
+            if (at == 0)
+                starts.push_back(line);
+        }
+        ++row;
+    }
+    if (starts.empty() || row % qsizetype(firstRun.size()) != 0)
+        return false;
+    for (size_t m = 0; m < starts.size(); ++m)
+        found.push_back({starts[m], QString("Mode %1").arg(m + 1)});
+    return true;
 }

@@ -4,30 +4,31 @@
 
 #include <vector>
 
-// Which mode each line of a block of per-mode node lists (Mode Shapes,
-// Stress and Strain Modes) belongs to, so that a sorted row still says it.
-// Held as where each mode starts: a few bytes a mode, none a line.
+// Where each mode of a block written mode by mode (Mode Shapes, Stress and
+// Strain Modes) begins. The report heads each mode with a line "Mode <n>";
+// a report without such lines is split only where its rows fall into equal
+// runs of the same node IDs, and otherwise is not split: known() is false.
 class BlockModes
 {
 public:
-    // Layouts whose lines are nodes of one mode after another.
-    static bool perMode(const BlockLayout& layout);
-    // Empty unless the layout is one of those.
-    BlockModes(const BlockColumns& columns, const BlockLayout& layout);
+    struct Mode {
+        qsizetype firstLine;
+        QString name;
+    };
 
-    bool isEmpty() const { return starts.empty(); }
-    // 0 for a line before the first mode.
-    int modeOf(qsizetype line) const;
-    // Whether a line is no data line, seen on the way (false unless split).
-    bool sawMisfits() const { return misfits; }
+    explicit BlockModes(const BlockColumns& columns);
+
+    // In line order; one mode covering all lines when the split is unknown.
+    const std::vector<Mode>& modes() const { return found; }
+    bool known() const { return sure; }
+
+    // The number in a heading line such as "  Mode  12", else 0.
+    static int headingNumber(const QString& line);
 
 private:
-    struct Start {
-        qsizetype line;
-        int mode;
-    };
-    void split(const BlockColumns& columns);
+    bool byHeadings(const BlockColumns& columns);
+    bool byRepeatedIds(const BlockColumns& columns);
 
-    std::vector<Start> starts;
-    bool misfits = false;
+    std::vector<Mode> found;
+    bool sure = true;
 };

@@ -1,5 +1,7 @@
 #include "blocktablemodel.h"
 
+#include "blockmodes.h"
+
 #include <QBrush>
 #include <QFont>
 #include <QGuiApplication>
@@ -7,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <deque>
 #include <numeric>
 #include <string_view>
@@ -21,13 +24,33 @@ const char modeTitle[] = "Mode";
 } // namespace
 
 BlockTableModel::BlockTableModel(const BlockText& text, const BlockLayout& layout, QObject* parent)
-    : QAbstractTableModel(parent), cols(text, layout), modes(cols, layout)
+    : QAbstractTableModel(parent), cols(text, layout)
 {
-    // The modes' pass has looked at every line already.
-    hasNotes = modes.sawMisfits();
-    for (qsizetype line = 0; line < cols.lineCount() && !BlockModes::perMode(layout) && !hasNotes;
-         ++line)
+    findModes(layout);
+    for (qsizetype line = 0; line < cols.lineCount() && !hasNotes; ++line)
         hasNotes = !cols.fits(line);
+}
+
+// The plot's split, so that both views agree; blocks of per-mode node lists
+// are those whose first column is the node "ID".
+void BlockTableModel::findModes(const BlockLayout& layout)
+{
+    const char* first = layout.columnTitles[0];
+    if (layout.columnCount != 7 || !first || std::strcmp(first, "ID") != 0)
+        return;
+    const BlockModes modes(cols);
+    if (!modes.known())
+        return;
+    for (const BlockModes::Mode& mode : modes.modes()) {
+        modeStarts.push_back(mode.firstLine);
+        modeNumbers.push_back(BlockModes::headingNumber(mode.name));
+    }
+}
+
+int BlockTableModel::modeOf(qsizetype line) const
+{
+    const auto after = std::upper_bound(modeStarts.begin(), modeStarts.end(), line);
+    return after == modeStarts.begin() ? 0 : modeNumbers[size_t(after - modeStarts.begin() - 1)];
 }
 
 int BlockTableModel::rowCount(const QModelIndex& parent) const
@@ -37,7 +60,7 @@ int BlockTableModel::rowCount(const QModelIndex& parent) const
 
 int BlockTableModel::columnCount(const QModelIndex& parent) const
 {
-    return parent.isValid() ? 0 : cols.columnCount() + (modes.isEmpty() ? 0 : 1) + hasNotes;
+    return parent.isValid() ? 0 : cols.columnCount() + (modeStarts.empty() ? 0 : 1) + hasNotes;
 }
 
 qsizetype BlockTableModel::lineOf(int row) const
@@ -58,7 +81,7 @@ QString BlockTableModel::text(int row, int column) const
                                         : cols.title(layoutColumn(column));
     const qsizetype line = lineOf(row);
     if (column == modeColumn()) {
-        const int mode = modes.modeOf(line);
+        const int mode = modeOf(line);
         return mode > 0 ? QString::number(mode) : QString();
     }
     const bool fits = cols.fits(line);
@@ -151,7 +174,7 @@ bool BlockTableModel::numericKeys(int column, std::vector<double>& keys) const
     keys.assign(order.size(), NAN);
     if (column == modeColumn()) {
         for (qsizetype line = 0; line < qsizetype(keys.size()); ++line)
-            if (const int mode = modes.modeOf(line))
+            if (const int mode = modeOf(line))
                 keys[size_t(line)] = mode;
         return true;
     }
