@@ -203,14 +203,17 @@ private slots:
             << "2.5D+01 +3 1.0E+00 1e-10 1.0-100 0.0 -1.2E-03 -5 inf 1,5 nan heading";
         QTest::newRow("line order again") << numbers << 3
             << "1.0E+00 inf heading -1.2E-03 +3 1,5 -5 2.5D+01 1e-10 nan 0.0 1.0-100";
+        QTest::newRow("line order from the menu") << numbers << -1 // then "Line Order"
+            << "1.0E+00 inf heading -1.2E-03 +3 1,5 -5 2.5D+01 1e-10 nan 0.0 1.0-100";
         QTest::newRow("text") << "b10 a2 10 9 a10" << 1 << "10 9 a10 a2 b10 heading";
         QTest::newRow("text down") << "b10 a2 10 9 a10" << 2 << "b10 a2 a10 9 10 heading";
         // clang-format on
     }
 
     // A click on the title sorts, numbers first and text behind them in line
-    // order, a second turns the order round, a third brings back line order;
-    // the heading that is no data stays last, each row keeps its line number.
+    // order, a second turns the order round, a third (or "Line Order" in the
+    // context menu) brings back line order; the heading that is no data stays
+    // last, each row keeps its line number.
     void sortByHeader()
     {
         QFETCH(QString, values);
@@ -223,8 +226,16 @@ private slots:
         Table table(lines, twoColumns);
         QHeaderView* header = table.view.horizontalHeader();
         const QPoint title(header->sectionViewportPosition(1) + 5, header->height() / 2);
-        for (int i = 0; i < clicks; ++i)
+        for (int i = 0; i < qAbs(clicks); ++i)
             QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, title);
+        if (clicks < 0) {
+            DialogAnswerer answers;
+            answers.chooseMenuEntry("Line Order");
+            const QPoint at(5, 5);
+            QContextMenuEvent menu(QContextMenuEvent::Keyboard, at, table.view.mapToGlobal(at));
+            QCoreApplication::sendEvent(table.view.viewport(), &menu);
+            VERIFY_DIALOGS(answers);
+        }
         QStringList sorted;
         for (int row = 0; row < lines.size(); ++row) {
             const QStringList cells = table.row(row);
