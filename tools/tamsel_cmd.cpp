@@ -4,6 +4,7 @@
 #include "platform/batchfile.h"
 #include "platform/commandline.h"
 #include "platform/console.h"
+#include "platform/files.h"
 #include "platform/signals.h"
 
 #include <cstdio>
@@ -31,6 +32,7 @@ int exitCodeOf(int status)
 
 int main(int argc, char** argv)
 {
+    platform::guardStandardDescriptors();
     // The terminal may go before the batch ends: output is dropped then.
     platform::ignoreBrokenPipe();
     std::string statusFile;
