@@ -66,6 +66,29 @@ QString sample(int block, int lines = 1 << 30)
     return text;
 }
 
+// Mounts a file system that keeps whole seconds (ext2 with small inodes)
+// over the directory, and goes in, for as long as it lives.
+struct WholeSeconds {
+    explicit WholeSeconds(const QString& dir) : mount(dir)
+    {
+        const QString image = mount + ".img";
+        mounted =
+            !dir.isEmpty() &&
+            QProcess::execute("sh", {"-c",
+                                     "truncate -s 4M \"$1\" && mke2fs -q -I 128 -F \"$1\" "
+                                     "2>/dev/null && mount -o loop \"$1\" \"$2\" && rm \"$1\"",
+                                     "sh", image, mount}) == 0 &&
+            QDir::setCurrent(mount);
+    }
+    ~WholeSeconds()
+    {
+        if (mounted && QDir::setCurrent("/"))
+            QProcess::execute("umount", {mount});
+    }
+    QString mount;
+    bool mounted = false;
+};
+
 // The translator becomes this script unless it is empty; the report is
 // planted as a link to a victim, or as a stale file.
 bool plant(const ScratchDir& dir, const QString& tool, const QString& report, bool link)
@@ -140,6 +163,8 @@ private slots:
 
         const QString error = "This Block could not be parsed or is empty.\n";
         const QString write = "#!/bin/sh\necho new > \"$3\"\n";
+        const QString tenLines =
+            "#!/bin/sh\nfor i in 0 1 2 3 4 5 6 7 8 9; do echo \"block $5\"; done >\"$3\"\nexit 1\n";
         using L = QStringList;
         const auto modeShapes = [](const char* tag, const QString& how, const QString& page) {
             QTest::newRow(tag) << "beam.zeb"
@@ -165,6 +190,10 @@ private slots:
         modeShapes("exit 1, stale report", "#!/bin/sh\nexit 1\n", error);
         modeShapes("exit 0, written", write + "exit 0\n", error);
         modeShapes("killed, written", write + "kill -KILL $$\n", error);
+        modeShapes("written through the user's link", tenLines + "# link", "block 8\n");
+        // Each report rewritten in place, in the same second, to the same size.
+        QTest::newRow("rewritten in place, whole seconds") << "beam.zeb" << "" << L{"Eigenvalues", "Mode Shapes"}
+            << tenLines + "# coarse" << L{"Eigenvalues=block 7\nblock 7\n", "Mode Shapes=block 8\n"} << "";
         // clang-format on
     }
 
@@ -178,9 +207,12 @@ private slots:
         QFETCH(QString, message);
         ScratchDir dir;
         Standins standins(dir.path());
+        const WholeSeconds coarse(how.endsWith("coarse") ? dir.path() : QString());
+        if (how.endsWith("coarse") && !coarse.mounted)
+            QSKIP("needs root to mount a file system of whole seconds");
         if (how.startsWith("fail "))
             qputenv("TAMSEL_STANDIN_FAIL_BLOCK", how.mid(5).toLatin1());
-        QVERIFY(plant(dir, how.startsWith("#!") ? how : "", "beam.rpt", how == "link"));
+        QVERIFY(plant(dir, how.startsWith("#!") ? how : "", "beam.rpt", how.endsWith("link")));
         if (how == "cancel")
             ZEBReport::progressDialogMade = [](QProgressDialog& progress) {
                 QCOMPARE(progress.labelText(), "Parsing Block 8");
@@ -209,7 +241,9 @@ private slots:
         QCoreApplication::processEvents();
         VERIFY_DIALOGS(answers);
         QCOMPARE(answers.seen().isEmpty() ? "" : answers.seen().constFirst().title, message);
-        QCOMPARE(dir.read("victim"), QByteArray("keep")); // never written through a link
+        // Never written through a link Tamsel did not make; the user's own is.
+        QCOMPARE(dir.read("victim"),
+                 how.endsWith("# link") ? QByteArray("block 8\n").repeated(10) : "keep");
         // Every page runs the tool once into the one report of the input.
         QCOMPARE(standins.runs().size(), how.startsWith("#!") ? 0 : pages.size());
         for (const Standins::Run& run : standins.runs())
@@ -253,6 +287,7 @@ private slots:
         QTest::newRow("killed")                 << "Mode Shapes" << "#!/bin/sh\nkill -KILL $$\n" << 0 << b8 + " (not written: ended by signal 9, Killed)";
         QTest::newRow("immutable")              << "Mode Shapes"          << "immutable" << 1  << b8 + " (not written: Operation not permitted)";
         QTest::newRow("link planted as report") << "Mode Shapes"          << "link"      << 1  << b8;
+        QTest::newRow("written, exit 0") << "Mode Shapes" << "#!/bin/sh\necho new >\"$3\"\n" << 0 << b8 + " (failed: the translator's exit code was 0)";
         QTest::newRow("working directory deleted") << "Mode Shapes" << "deleted" << 0
             << "Unable To Run: The working directory %D/gone no longer exists.\nNothing was run. [OK] OK/OK";
         // clang-format on
