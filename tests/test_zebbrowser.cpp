@@ -9,17 +9,24 @@
 #include "qrtroad_helpers.h"
 #include "scratchdir.h"
 #include "standins.h"
+#include "tamsel.h"
 #include "zebreport.h"
+
+#include "platform/commandline.h"
+#include "platform/wait.h"
 
 #include <algorithm>
 #include <memory>
 
+#include <QAccessible>
+#include <QAccessibleActionInterface>
 #include <QCheckBox>
 #include <QGroupBox>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QProcess>
 #include <QProgressDialog>
+#include <QScopedValueRollback>
 #include <QTabWidget>
 #include <QTest>
 #include <QTextEdit>
@@ -107,7 +114,11 @@ class TestZEBBrowser : public QObject
     Q_OBJECT
 
 private slots:
-    void cleanup() { ZEBReport::progressDialogMade = nullptr; }
+    void cleanup()
+    {
+        ZEBReport::progressDialogMade = nullptr;
+        ZEBReport::runTool = platform::runCommandLine;
+    }
 
     void blocksAndTicks()
     {
@@ -267,6 +278,65 @@ private slots:
         QTest::mouseClick(widget(window.get(), "close_btn"), Qt::LeftButton);
         QTRY_VERIFY(!QApplication::topLevelWidgets().contains(window.get())); // closing deletes it
         window.release();
+    }
+
+    // A job shows that it runs: a busy cursor, and the block being made once
+    // a run has taken a second. An assistive tool's press of any button
+    // meanwhile (no input event) starts no second run and ticks nothing.
+    void runShown_data()
+    {
+        QTest::addColumn<QString>("button");
+        QTest::newRow("browse") << "Start the GUI Browser";
+        QTest::newRow("report") << "Generate a report";
+    }
+
+    void runShown()
+    {
+        QFETCH(QString, button);
+        ScratchDir dir;
+        Standins standins(dir.path());
+        Tamsel main;
+        main.show();
+        main.zebBrowser->findChild<QMFileLineEdit*>("inputFile")
+            ->setText(Standins::examplesDir() + "/beam.zeb");
+        const QStringList names{"Header", "Units"};
+        ticks(*main.zebBrowser, &names);
+        const QList<QAbstractButton*> buttons = main.findChildren<QAbstractButton*>();
+        const auto anyDown = [&] {
+            return std::any_of(buttons.begin(), buttons.end(), [](auto* b) { return b->isDown(); });
+        };
+        QStringList seen; // each run's progress text and cursor
+        bool running = false;
+        ZEBReport::runTool = [&](const std::string&) {
+            if (running) {
+                seen << "a second run";
+                return 0;
+            }
+            const QScopedValueRollback<bool> inside(running, true);
+            QProgressDialog* shown = nullptr;
+            for (int i = 0; i < 500 && !(shown && shown->isVisible()); ++i) {
+                platform::waitStep();
+                shown = qobject_cast<QProgressDialog*>(QApplication::activeWindow());
+            }
+            const QCursor* cursor = QApplication::overrideCursor();
+            seen << (shown ? shown->labelText() : "") +
+                        (cursor && cursor->shape() == Qt::BusyCursor ? " busy" : "");
+            for (QAbstractButton* b : buttons)
+                QAccessible::queryAccessibleInterface(b)->actionInterface()->doAction(
+                    QAccessibleActionInterface::pressAction());
+            for (int i = 0; i < 500 && anyDown(); ++i)
+                platform::waitStep();
+            return 1 << 8;
+        };
+        DialogAnswerer answers; // none is expected
+        widget<QAbstractButton>(main.zebBrowser, button)->click();
+        VERIFY_DIALOGS(answers);
+        QCOMPARE(seen, (QStringList{"Block 1 of 2: Header busy", "Block 2 of 2: Units busy"}));
+        QCOMPARE(ticks(*main.zebBrowser), names);
+        QVERIFY(!QApplication::overrideCursor() && main.isEnabled() && main.isVisible());
+        for (QWidget* w : QApplication::topLevelWidgets())
+            if (w->objectName() == "browser" || qobject_cast<QMListDialog*>(w))
+                delete w;
     }
 
     // The report road: one report of the whole file, or one a block, each
