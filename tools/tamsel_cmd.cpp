@@ -28,6 +28,20 @@ int exitCodeOf(int status)
     return platform::statusExitCode(status);
 }
 
+// Tamsel, ended during the run, removed the batch it gave us and left the
+// translator to finish; what we wrote since into its private directory is
+// ours to remove.
+void tidyAfterCaller(const std::string& statusFile, const char* batchFile)
+{
+    if (statusFile.empty() || ::access(batchFile, F_OK) == 0)
+        return;
+    for (const char* suffix : {"", ".started"})
+        ::unlink((statusFile + suffix).c_str());
+    const auto slash = statusFile.rfind('/');
+    if (slash != std::string::npos && slash > 0)
+        ::rmdir(statusFile.substr(0, slash).c_str());
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -71,5 +85,6 @@ int main(int argc, char** argv)
     const int status = platform::runBatchFile(argv[i], hooks);
     if (!statusFile.empty() && !platform::writeConsoleStatus(statusFile, status))
         std::fprintf(stderr, "tamsel-cmd: cannot write %s\n", statusFile.c_str());
+    tidyAfterCaller(statusFile, argv[i]);
     return exitCodeOf(status);
 }
