@@ -102,7 +102,8 @@ bool consoleStatus(const std::string& statusFile, int terminalStatus, int& statu
 }
 
 // What a console run leaves in its private directory.
-const char* const ownFiles[] = {"status", "status.started", "status.started.tmp", "runtamsel.bat",
+// The batch goes first: a console that finds it gone tidies up after us.
+const char* const ownFiles[] = {"runtamsel.bat", "status", "status.started", "status.started.tmp",
                                 nullptr};
 
 void removeTree(const std::string& dir, const std::string& statusFile)

@@ -10,7 +10,8 @@ namespace platform
 // go into a new file beside it, which takes the name only once commit() has
 // flushed and closed it. A symbolic link of that name is replaced, never
 // followed; a file the user may not write (read-only, immutable) is refused
-// as opening it would be, and one that is replaced keeps its mode. Until the
+// as opening it would be, and one that is replaced keeps its mode and group
+// (and, for root, its owner). Until the
 // commit the old file stays as it was, and a replacement never committed
 // leaves nothing behind.
 class FileReplacement
@@ -28,12 +29,15 @@ public:
 
 private:
     void fail(int error);
+    bool keepOwnership();
 
     std::string path;
     std::string beside; // the new file
     int fd = -1;
     bool exists = false;
     unsigned mode = 0;
+    unsigned owner = 0;
+    unsigned group = 0;
     std::string reason;
 };
 

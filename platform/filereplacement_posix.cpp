@@ -57,15 +57,12 @@ int createBeside(const std::string& path, std::string& name)
 // The file a name stands for must be one the user may write, as when it was
 // opened for writing: a read-only or immutable file is refused, not
 // replaced. A link is replaced, never followed, so only a file counts.
-// Its mode goes into mode, for the new file to keep.
-bool mayReplace(const std::string& path, mode_t& mode, bool& exists)
+// Its mode, owner and group go into old, for the new file to keep.
+bool mayReplace(const std::string& path, struct stat& old, bool& exists)
 {
-    struct stat st {
-    };
-    exists = ::lstat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode);
+    exists = ::lstat(path.c_str(), &old) == 0 && S_ISREG(old.st_mode);
     if (!exists)
         return true;
-    mode = st.st_mode & 07777;
     return ::faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0;
 }
 
@@ -73,9 +70,12 @@ bool mayReplace(const std::string& path, mode_t& mode, bool& exists)
 
 FileReplacement::FileReplacement(const std::string& target) : path(target)
 {
-    mode_t kept = 0;
-    fd = mayReplace(path, kept, exists) ? createBeside(path, beside) : -1;
-    mode = kept;
+    struct stat old {
+    };
+    fd = mayReplace(path, old, exists) ? createBeside(path, beside) : -1;
+    mode = old.st_mode & 07777;
+    owner = old.st_uid;
+    group = old.st_gid;
     if (fd < 0)
         fail(errno);
 }
@@ -108,13 +108,25 @@ bool FileReplacement::write(const char* data, std::size_t size)
     return fd >= 0;
 }
 
+// In a folder shared by a group, a colleague's file stays the group's; only
+// root may give it back its owner too. A group this user is not in cannot
+// be given: the file then takes the user's own, as any new file would. The
+// mode comes last, as a change of owner clears the set-id bits.
+bool FileReplacement::keepOwnership()
+{
+    const uid_t keptOwner = ::geteuid() == 0 ? uid_t(owner) : uid_t(-1);
+    if (::fchown(fd, keptOwner, gid_t(group)) != 0 && errno != EPERM)
+        return false;
+    return ::fchmod(fd, mode_t(mode)) == 0;
+}
+
 bool FileReplacement::commit()
 {
     if (fd < 0)
         return false;
     // Errors of a full disk may show only at fsync or close.
     int failure = 0;
-    if ((exists && ::fchmod(fd, mode_t(mode)) != 0) || ::fsync(fd) != 0)
+    if ((exists && !keepOwnership()) || ::fsync(fd) != 0)
         failure = errno;
     if (::close(fd) != 0 && failure == 0)
         failure = errno;

@@ -29,4 +29,9 @@ std::string workingDirectory(bool* deleted = nullptr);
 // itself never waits for a writer.
 int openRegularFile(const std::string& path, std::string& reason);
 
+// Opens /dev/null on each of descriptors 0, 1 and 2 that is closed, so that
+// the first file the program opens cannot take one of them and receive what
+// was meant for a standard stream. Called first thing in main.
+void guardStandardDescriptors();
+
 } // namespace platform

@@ -76,8 +76,14 @@ int openRegularFile(const std::string& path, std::string& reason)
         reason = std::strerror(errno);
         return -1;
     }
-    struct stat st;
-    if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode)) {
+    struct stat st {
+    };
+    if (::fstat(fd, &st) != 0) {
+        reason = std::strerror(errno);
+        ::close(fd);
+        return -1;
+    }
+    if (!S_ISREG(st.st_mode)) {
         reason = S_ISDIR(st.st_mode) ? "is a directory" : "not an ordinary file";
         ::close(fd);
         return -2;
@@ -85,6 +91,18 @@ int openRegularFile(const std::string& path, std::string& reason)
     // Reads of an ordinary file block as usual.
     ::fcntl(fd, F_SETFL, ::fcntl(fd, F_GETFL) & ~O_NONBLOCK);
     return fd;
+}
+
+void guardStandardDescriptors()
+{
+    for (int fd = 0; fd <= 2; ++fd) {
+        if (::fcntl(fd, F_GETFD) != -1 || errno != EBADF)
+            continue;
+        // The lowest free descriptor is the closed one.
+        const int opened = ::open("/dev/null", fd == 0 ? O_RDONLY : O_WRONLY);
+        if (opened >= 0 && opened != fd)
+            ::close(opened);
+    }
 }
 
 } // namespace platform

@@ -60,7 +60,8 @@ int waitForChild(pid_t pid)
             status = -1;
             break;
         }
-        hook()();
+        if (hook()) // a hook may end its own run
+            hook()();
         pollfd end{ended, POLLIN, 0};
         ::poll(ended >= 0 ? &end : nullptr, ended >= 0 ? 1 : 0, waitStepMs);
     }

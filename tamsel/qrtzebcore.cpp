@@ -6,6 +6,7 @@
 #include "messagebox.h"
 #include "pictures.h"
 #include "platform/environment.h"
+#include "platform/filereplacement.h"
 #include "platform/files.h"
 #include "qmlistdialog.h"
 
@@ -437,12 +438,14 @@ void QRTZEBCore::genScript()
                                             (deleted ? "\nThe directory no longer exists." : ""));
         return;
     }
+    // Opened first: a file that cannot be written is all the user hears of.
     // A missing sketch name leaves the file with one line end.
-    const QByteArray bytes = writeOptions().toLocal8Bit() + '\n';
-    std::string error;
-    if (!platform::replaceFile(scriptFileName, bytes.toStdString(), error)) {
+    platform::FileReplacement file(scriptFileName);
+    const QByteArray bytes =
+        file.error().empty() ? writeOptions().toLocal8Bit() + '\n' : QByteArray();
+    if (!file.write(bytes.constData(), std::size_t(bytes.size())) || !file.commit()) {
         MessageBox::warn(unableToWrite, QString(unableText) + "Check disk space.\n" +
-                                            QString::fromLocal8Bit(error.c_str()));
+                                            QString::fromLocal8Bit(file.error().c_str()));
         return;
     }
     QMListDialog dialog(QDir::currentPath() + "/" + scriptFileName, nullptr, nullptr, true, {});
@@ -460,13 +463,12 @@ bool QRTZEBCore::putOptions()
     if (std::size_t(options.size()) > limit) {
         // Only the node list or the sketch name can grow: the rest is words.
         const char* part = tabBar->currentIndex() == 1 ? "sketch file name" : "node list";
-        MessageBox::warn(
-            "Write Options Too Long",
-            QString("The write options are %1 bytes long, but an environment entry "
-                    "may hold at most %2 bytes.\nShorten the %3. Nothing was run.")
-                .arg(options.size())
-                .arg(limit)
-                .arg(part));
+        MessageBox::warn("Write Options Too Long",
+                         QString("The write options are %1 bytes long, but an environment entry "
+                                 "may hold at most %2 bytes.\nShorten the %3. Nothing was run.")
+                             .arg(options.size())
+                             .arg(limit)
+                             .arg(part));
         return false;
     }
     platform::putEnv(options.toStdString());

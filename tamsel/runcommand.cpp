@@ -9,6 +9,8 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <cstdio>
+
 #ifndef TAMSEL_CONSOLE_RELATIVE
 #define TAMSEL_CONSOLE_RELATIVE "../libexec/tamsel/tamsel-cmd"
 #endif
@@ -79,6 +81,12 @@ QString workingDirectoryProblem()
 
 RunResult runCommand(const QString& command, const QString& title)
 {
+    // Only reached by a caller that did not look: every window is closed
+    // to input and to assistive tools while a run waits.
+    if (QueuedInputDropper::DuringRun::active()) {
+        std::fprintf(stderr, "another run is in progress: %s not run\n", qPrintable(title));
+        return RunResult(RunResult::NotRun, 0, "another run is in progress");
+    }
     QString problem;
     if (!fitsOnOneLine(command) || !fitsOnOneLine(title))
         problem = QString("The command contains a line break, which a batch file cannot hold:\n%1")

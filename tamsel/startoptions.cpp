@@ -1,5 +1,6 @@
 #include "startoptions.h"
 
+#include <QApplication>
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QDir>
@@ -54,6 +55,32 @@ const char* const description =
 
 } // namespace
 
+namespace
+{
+
+void describe(QCommandLineParser& parser)
+{
+    QCoreApplication::setApplicationName("tamsel");
+    QCoreApplication::setApplicationVersion(TAMSEL_VERSION);
+    parser.setApplicationDescription(description);
+    parser.addHelpOption();
+    parser.addVersionOption();
+}
+
+// Qt's own options are told by the application object that reads them;
+// offscreen it needs no display.
+int printHelpAll(int argc, char** argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    QCommandLineParser parser;
+    describe(parser);
+    parser.process(QStringList{QCoreApplication::arguments().value(0), "--help-all"});
+    return 0; // process() has printed and ended the program
+}
+
+} // namespace
+
 int answerInformation(int argc, char** argv)
 {
     bool asked = false;
@@ -61,15 +88,14 @@ int answerInformation(int argc, char** argv)
         asked = isOneOf(argv[i], {"-h", "--help", "-?", "--help-all", "-v", "--version"});
     if (!asked)
         return -1;
+    for (int i = 1; i < argc; ++i)
+        if (std::strcmp(argv[i], "--help-all") == 0)
+            return printHelpAll(argc, argv);
     QCoreApplication app(argc, argv);
-    QCoreApplication::setApplicationName("tamsel");
-    QCoreApplication::setApplicationVersion(TAMSEL_VERSION);
     QCommandLineParser parser;
-    parser.setApplicationDescription(description);
-    const QCommandLineOption help = parser.addHelpOption();
-    const QCommandLineOption version = parser.addVersionOption();
+    describe(parser);
     parser.parse(QCoreApplication::arguments()); // unknown options are Qt's
-    const QString text = parser.isSet(version) && !parser.isSet(help)
+    const QString text = parser.isSet("version") && !parser.isSet("help")
                              ? QString("tamsel %1\n").arg(TAMSEL_VERSION)
                              : parser.helpText();
     std::fputs(text.toLocal8Bit().constData(), stdout);

@@ -1,6 +1,7 @@
 #include "startoptions.h"
 #include "tamsel.h"
 
+#include "platform/files.h"
 #include "platform/signals.h"
 
 #include <QApplication>
@@ -8,6 +9,9 @@
 
 int main(int argc, char** argv)
 {
+    // Before anything opens a file: the display's connection must not
+    // become standard output.
+    platform::guardStandardDescriptors();
     const int tried = startoptions::tryStandins(argc, argv);
     if (tried >= 0)
         return tried;

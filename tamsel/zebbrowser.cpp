@@ -7,6 +7,7 @@
 #include "messagebox.h"
 #include "pictures.h"
 #include "qmlistdialog.h"
+#include "queuedinputdropper.h"
 #include "runcommand.h"
 #include "zebreport.h"
 
@@ -297,8 +298,30 @@ QWidget* ZEBBrowser::createBrowserWindow(QTabWidget*& tabs)
     return window;
 }
 
+QString ZEBBrowser::stepText(int block, int done, int total)
+{
+    if (block == 0)
+        return "The whole file";
+    int key = 0;
+    while (key < blockCount - 1 && blockNumber(key) != block)
+        ++key;
+    return QString("Block %1 of %2: %3").arg(done + 1).arg(total).arg(blockName(key));
+}
+
+QList<int> ZEBBrowser::selectedKeys() const
+{
+    QList<int> keys;
+    for (int key = 0; key < blockCount; ++key)
+        if (isSelected(key))
+            keys.append(key);
+    return keys;
+}
+
 void ZEBBrowser::generate(bool browse)
 {
+    // A click that reaches here while a run waits must not start a second.
+    if (QueuedInputDropper::DuringRun::active())
+        return;
     if (!bodyIndex->checkIndex())
         return;
     ZEBReport report(inputFile->text(), indexLE->text());
@@ -309,42 +332,55 @@ void ZEBBrowser::generate(bool browse)
         MessageBox::warn("Unable To Run", problem + "\nNothing was run.");
         return;
     }
-    QTabWidget* tabs = nullptr;
-    QWidget* window = browse ? createBrowserWindow(tabs) : nullptr;
-
-    char blockSelection[ZEBReport::selectionSize] = {};
-    bool allSelected = true;
-    bool noneSelected = true;
-    for (int key = 0; key < blockCount; ++key) {
-        const int block = blockNumber(key);
-        if (!isSelected(key)) {
-            allSelected = false;
-            continue;
-        }
-        if (browse) {
-            auto* page = new QWidget(tabs);
-            page->setAccessibleName(blockName(key)); // names its view too
-            tabs->addTab(page, blockName(key));
-            report.showBlock(page, block);
-        }
-        blockSelection[block] = 1;
-        noneSelected = false;
-    }
-    if (browse && noneSelected) {
-        delete window;
+    const QList<int> keys = selectedKeys();
+    if (browse && keys.isEmpty()) {
         MessageBox::warning(nullptr, "No blocks selected",
                             "Please select at least one ZEB block to browse.", "OK", "", "", 0, 0);
         return;
     }
-    if (browse) {
-        window->setWindowTitle("Ondrel Tamsel ZEB Browser");
-        window->setWindowIcon(pictures::windowIcon());
-        window->setWindowIconText("Browser");
-        window->resize(600, 300);
-        window->show();
-        return;
+    if (browse)
+        browseBlocks(report, keys);
+    else
+        listReports(report, keys);
+}
+
+void ZEBBrowser::browseBlocks(ZEBReport& report, const QList<int>& keys)
+{
+    QTabWidget* tabs = nullptr;
+    QWidget* window = createBrowserWindow(tabs);
+    {
+        const QueuedInputDropper::DuringRun job; // busy from the first block to the last
+        for (int i = 0; i < keys.size(); ++i) {
+            const int block = blockNumber(keys[i]);
+            QueuedInputDropper::DuringRun::showStep(stepText(block, i, int(keys.size())), i,
+                                                    int(keys.size()));
+            auto* page = new QWidget(tabs);
+            page->setAccessibleName(blockName(keys[i])); // names its view too
+            tabs->addTab(page, blockName(keys[i]));
+            report.showBlock(page, block);
+        }
     }
-    blockSelection[0] = allSelected ? 1 : 0;
-    reportList = new QMListDialog(report.generateReports(blockSelection), nullptr, nullptr, false);
+    window->setWindowTitle("Ondrel Tamsel ZEB Browser");
+    window->setWindowIcon(pictures::windowIcon());
+    window->setWindowIconText("Browser");
+    window->resize(600, 300);
+    window->show();
+}
+
+void ZEBBrowser::listReports(ZEBReport& report, const QList<int>& keys)
+{
+    char blockSelection[ZEBReport::selectionSize] = {};
+    for (const int key : keys)
+        blockSelection[blockNumber(key)] = 1;
+    blockSelection[0] = keys.size() == blockCount ? 1 : 0;
+    QString names;
+    {
+        const QueuedInputDropper::DuringRun job;
+        report.starting = [](unsigned int block, int done, int total) {
+            QueuedInputDropper::DuringRun::showStep(stepText(int(block), done, total), done, total);
+        };
+        names = report.generateReports(blockSelection);
+    }
+    reportList = new QMListDialog(names, nullptr, nullptr, false);
     reportList->show();
 }

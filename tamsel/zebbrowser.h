@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QWidget>
 
 class BodyIndexField;
@@ -29,6 +30,9 @@ public:
     static constexpr int boxCount = 20;
     static QString blockName(int key);
     static int blockNumber(int key);
+    // What a run is making, for the user to see: "Block 3 of 7: Mode
+    // Shapes", done blocks before it of total; block 0 is the whole file.
+    static QString stepText(int block, int done, int total);
 
     ZEBBrowser(QWidget* parent, const char* name);
     ~ZEBBrowser() override;
@@ -59,6 +63,9 @@ private:
     void setAllBlocks(bool on);
     void selectDefaultBlocks();
     bool isSelected(int key) const;
+    QList<int> selectedKeys() const;
+    void browseBlocks(ZEBReport& report, const QList<int>& keys);
+    void listReports(ZEBReport& report, const QList<int>& keys);
     QWidget* createBrowserWindow(QTabWidget*& tabs);
 
     QTreeWidget* invariantList = nullptr;

@@ -16,12 +16,14 @@
 #include <QGridLayout>
 #include <QProgressDialog>
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 std::function<QDateTime()> ZEBReport::clock = [] { return QDateTime::currentDateTime(); };
@@ -115,6 +117,40 @@ QByteArray tooLargeNote(qint64 limit)
     return note;
 }
 
+// An old report at the name goes aside for the run, so that whatever is
+// there afterwards is this run's: where times count whole seconds, a report
+// rewritten in place keeps its device, inode and time. A link of the
+// user's stays, for the tool to write through; its stamp tells. Returns the
+// name it went to, empty when it stayed.
+QByteArray moveAside(const QString& report)
+{
+    const QByteArray name = QFile::encodeName(report);
+    struct stat st {
+    };
+    if (::lstat(name.constData(), &st) != 0 || !S_ISREG(st.st_mode))
+        return {};
+    QByteArray aside = QFile::encodeName(QFileInfo(report).absolutePath()) + "/.tamsel-XXXXXX";
+    const int fd = ::mkstemp(aside.data());
+    if (fd < 0)
+        return {};
+    ::close(fd);
+    if (::rename(name.constData(), aside.constData()) == 0)
+        return aside;
+    ::unlink(aside.constData());
+    return {};
+}
+
+// A run that left nothing at the name gets the old report back; otherwise
+// it goes.
+void putBack(const QByteArray& aside, const QString& report)
+{
+    if (aside.isEmpty())
+        return;
+    // link() never replaces what the run may have left.
+    (void)::link(aside.constData(), QFile::encodeName(report).constData());
+    ::unlink(aside.constData());
+}
+
 int headerLinesOf(int block)
 {
     return block >= 1 && block <= blockLayoutCount ? blockLayouts[block - 1].headerLines : 0;
@@ -159,6 +195,7 @@ bool ZEBReport::run(unsigned int block)
     if (!line.problem().isEmpty())
         return false;
     say("runStr " + line.line().toLocal8Bit());
+    const QByteArray aside = moveAside(reportFile);
     const FileStamp before(reportFile);
     int status = 0;
     {
@@ -169,6 +206,11 @@ bool ZEBReport::run(unsigned int block)
     // A report from before is no report of this run, and a tool killed by
     // a signal may have left half of one.
     notWritten = reasonNotWritten(before, status);
+    putBack(aside, reportFile);
+    failed =
+        notWritten.isEmpty() && (status & 0xffff) == 0
+            ? QString("the translator's exit code was %1").arg(platform::statusExitCode(status))
+            : QString();
     if (!notWritten.isEmpty())
         status = 0;
     say("info.fileName() = " + info.fileName().toLocal8Bit());
@@ -204,14 +246,20 @@ QString ZEBReport::generateReports(const char* blockSelection)
     say(wholeFile.toLocal8Bit());
     if (blockSelection[0]) {
         reportFile = wholeFile;
+        if (starting)
+            starting(0, 0, 1);
         run(0);
         return listed();
     }
+    const int total = int(std::count(blockSelection + 1, blockSelection + lastBlock + 1, 1));
     QString result = "";
+    int done = 0;
     for (unsigned int block = 1; block <= lastBlock; ++block) {
         if (!blockSelection[block])
             continue;
         reportFile = base() + QString("_%1_block%2.rpt").arg(when).arg(block);
+        if (starting)
+            starting(block, done++, total);
         run(block);
         result += "\n" + listed();
     }
@@ -220,9 +268,11 @@ QString ZEBReport::generateReports(const char* blockSelection)
 
 QString ZEBReport::listed() const
 {
-    if (notWritten.isEmpty())
-        return reportFile;
-    return QString("%1 (not written: %2)").arg(reportFile, notWritten);
+    if (!notWritten.isEmpty())
+        return QString("%1 (not written: %2)").arg(reportFile, notWritten);
+    if (!failed.isEmpty())
+        return QString("%1 (failed: %2)").arg(reportFile, failed);
+    return reportFile;
 }
 
 bool ZEBReport::showBlock(QWidget* page, int block)

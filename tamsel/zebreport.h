@@ -24,10 +24,10 @@ public:
     ZEBReport(const QString& inputFile, const QString& indexText);
 
     // Runs the tool for one block (0: the whole file) into reportFile. True
-    // when the report counts as written: this run replaced the file (a new
-    // device, inode or modification time), the tool was not ended by a
-    // signal, and its status is non-zero in its low 16 bits (the tool's own
-    // convention).
+    // when the report counts as written: a report there before is moved
+    // aside for the run (a link of the user's stays, and what it leads to
+    // must change), the tool was not ended by a signal, and its status is
+    // non-zero in its low 16 bits (the tool's own convention).
     bool run(unsigned int block);
 
     // Warns and answers true when the command lines of this job cannot
@@ -45,6 +45,11 @@ public:
     QString reportFile;
     // Why the last run left no report of its own, empty when it wrote one.
     QString notWritten;
+    // Why a report the last run wrote does not count, empty when it does.
+    QString failed;
+    // Told before each run of generateReports: the block (0: the whole
+    // file), how many came before it and how many there are.
+    std::function<void(unsigned int block, int done, int total)> starting;
     QString inputFile;
     QString indexText;
     bool valid = false;

@@ -49,6 +49,7 @@ private slots:
         // The status is handed over before the pause.
         QTest::newRow("window closed at the pause") << "#!/bin/sh\nexec \"$TAMSEL_BIN_DIR/hangup-terminal\" \"$@\"\n" << "" << "" << 0 << ok << "";
         QTest::newRow("link planted as batch file") << "" << "link" << ""          << 0 << ok << "";
+        QTest::newRow("a colleague's batch file")  << "" << "colleague" << ""     << 0 << ok << "";
         QTest::newRow("low 16 bits 0: success") << cd + "\"$@\" >/dev/null\necho 65536 > \"$5\"\n" << "" << "" << 0x10000 << ok << "";
         QTest::newRow("directory not writable") << "" << "locked"  << ""                 << 0 << notRun << "%d is not writable";
         QTest::newRow("batch name is a dir")    << "" << "bat dir" << ""                 << 0 << notRun << "%d/runtamsel.bat";
@@ -89,6 +90,8 @@ private slots:
                 : where == "link"
                     ? scratch.write("victim", "keep") && QFile::link("victim", "runtamsel.bat")
                     : scratch.write("runtamsel.bat", QByteArray(2000, 'x')));
+        // Replaced by root, it stays the colleague's and the group's.
+        QVERIFY(where != "colleague" || ::chown("runtamsel.bat", 1234, 4321) == 0);
         const QString input = scratch.filePath(name);
         const QString command = '"' + Standins::program("qrt2zeb-standin") + "\" \"" + input + '"';
         DialogAnswerer answers;
@@ -133,6 +136,10 @@ private slots:
             QCOMPARE(scratch.read("runtamsel.bat"), batch.arg(command).toLocal8Bit());
         // A planted link is replaced (the batch read above), never written through.
         QVERIFY(where != "link" || scratch.read("victim") == "keep");
+        struct stat st {
+        };
+        QVERIFY(where != "colleague" ||
+                (::stat("runtamsel.bat", &st) == 0 && st.st_uid == 1234 && st.st_gid == 4321));
     }
 
     // While a run lasts the window is served (timers, paints, the window

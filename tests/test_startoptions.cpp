@@ -20,6 +20,7 @@ private slots:
         QTest::newRow("help") << QStringList{"--help"} << "Usage: ";
         QTest::newRow("help after a Qt option")
             << QStringList{"-style", "fusion", "-h"} << "Usage: ";
+        QTest::newRow("help with Qt's options") << QStringList{"--help-all"} << "Usage: ";
     }
 
     void information()
@@ -38,7 +39,8 @@ private slots:
         const QString printed = program.readAllStandardOutput();
         QVERIFY2(printed.startsWith(output), qPrintable(printed));
         if (output.startsWith("Usage"))
-            QVERIFY(printed.contains("OKT_ZEB2MTX") && printed.contains("-style"));
+            QVERIFY(printed.contains("OKT_ZEB2MTX") && printed.contains("-style") &&
+                    printed.contains("-platform") == arguments.contains("--help-all"));
     }
 
     void styleRequested_data()

@@ -9,17 +9,24 @@
 #include "qrtroad_helpers.h"
 #include "scratchdir.h"
 #include "standins.h"
+#include "tamsel.h"
 #include "zebreport.h"
+
+#include "platform/commandline.h"
+#include "platform/wait.h"
 
 #include <algorithm>
 #include <memory>
 
+#include <QAccessible>
+#include <QAccessibleActionInterface>
 #include <QCheckBox>
 #include <QGroupBox>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QProcess>
 #include <QProgressDialog>
+#include <QScopedValueRollback>
 #include <QTabWidget>
 #include <QTest>
 #include <QTextEdit>
@@ -66,6 +73,29 @@ QString sample(int block, int lines = 1 << 30)
     return text;
 }
 
+// Mounts a file system that keeps whole seconds (ext2 with small inodes)
+// over the directory, and goes in, for as long as it lives.
+struct WholeSeconds {
+    explicit WholeSeconds(const QString& dir) : mount(dir)
+    {
+        const QString image = mount + ".img";
+        mounted =
+            !dir.isEmpty() &&
+            QProcess::execute("sh", {"-c",
+                                     "truncate -s 4M \"$1\" && mke2fs -q -I 128 -F \"$1\" "
+                                     "2>/dev/null && mount -o loop \"$1\" \"$2\" && rm \"$1\"",
+                                     "sh", image, mount}) == 0 &&
+            QDir::setCurrent(mount);
+    }
+    ~WholeSeconds()
+    {
+        if (mounted && QDir::setCurrent("/"))
+            QProcess::execute("umount", {mount});
+    }
+    QString mount;
+    bool mounted = false;
+};
+
 // The translator becomes this script unless it is empty; the report is
 // planted as a link to a victim, or as a stale file.
 bool plant(const ScratchDir& dir, const QString& tool, const QString& report, bool link)
@@ -84,7 +114,11 @@ class TestZEBBrowser : public QObject
     Q_OBJECT
 
 private slots:
-    void cleanup() { ZEBReport::progressDialogMade = nullptr; }
+    void cleanup()
+    {
+        ZEBReport::progressDialogMade = nullptr;
+        ZEBReport::runTool = platform::runCommandLine;
+    }
 
     void blocksAndTicks()
     {
@@ -140,6 +174,8 @@ private slots:
 
         const QString error = "This Block could not be parsed or is empty.\n";
         const QString write = "#!/bin/sh\necho new > \"$3\"\n";
+        const QString tenLines =
+            "#!/bin/sh\nfor i in 0 1 2 3 4 5 6 7 8 9; do echo \"block $5\"; done >\"$3\"\nexit 1\n";
         using L = QStringList;
         const auto modeShapes = [](const char* tag, const QString& how, const QString& page) {
             QTest::newRow(tag) << "beam.zeb"
@@ -165,6 +201,10 @@ private slots:
         modeShapes("exit 1, stale report", "#!/bin/sh\nexit 1\n", error);
         modeShapes("exit 0, written", write + "exit 0\n", error);
         modeShapes("killed, written", write + "kill -KILL $$\n", error);
+        modeShapes("written through the user's link", tenLines + "# link", "block 8\n");
+        // Each report rewritten in place, in the same second, to the same size.
+        QTest::newRow("rewritten in place, whole seconds") << "beam.zeb" << "" << L{"Eigenvalues", "Mode Shapes"}
+            << tenLines + "# coarse" << L{"Eigenvalues=block 7\nblock 7\n", "Mode Shapes=block 8\n"} << "";
         // clang-format on
     }
 
@@ -178,9 +218,12 @@ private slots:
         QFETCH(QString, message);
         ScratchDir dir;
         Standins standins(dir.path());
+        const WholeSeconds coarse(how.endsWith("coarse") ? dir.path() : QString());
+        if (how.endsWith("coarse") && !coarse.mounted)
+            QSKIP("needs root to mount a file system of whole seconds");
         if (how.startsWith("fail "))
             qputenv("TAMSEL_STANDIN_FAIL_BLOCK", how.mid(5).toLatin1());
-        QVERIFY(plant(dir, how.startsWith("#!") ? how : "", "beam.rpt", how == "link"));
+        QVERIFY(plant(dir, how.startsWith("#!") ? how : "", "beam.rpt", how.endsWith("link")));
         if (how == "cancel")
             ZEBReport::progressDialogMade = [](QProgressDialog& progress) {
                 QCOMPARE(progress.labelText(), "Parsing Block 8");
@@ -209,7 +252,9 @@ private slots:
         QCoreApplication::processEvents();
         VERIFY_DIALOGS(answers);
         QCOMPARE(answers.seen().isEmpty() ? "" : answers.seen().constFirst().title, message);
-        QCOMPARE(dir.read("victim"), QByteArray("keep")); // never written through a link
+        // Never written through a link Tamsel did not make; the user's own is.
+        QCOMPARE(dir.read("victim"),
+                 how.endsWith("# link") ? QByteArray("block 8\n").repeated(10) : "keep");
         // Every page runs the tool once into the one report of the input.
         QCOMPARE(standins.runs().size(), how.startsWith("#!") ? 0 : pages.size());
         for (const Standins::Run& run : standins.runs())
@@ -235,6 +280,62 @@ private slots:
         window.release();
     }
 
+    // A job shows that it runs: a busy cursor, and the block being made once
+    // a run has taken a second. An assistive tool's press of any button
+    // meanwhile (no input event) starts no second run and ticks nothing.
+    void runShown_data()
+    {
+        QTest::addColumn<QString>("button");
+        QTest::newRow("browse") << "Start the GUI Browser";
+        QTest::newRow("report") << "Generate a report";
+    }
+
+    void runShown()
+    {
+        QFETCH(QString, button);
+        ScratchDir dir;
+        Standins standins(dir.path());
+        Tamsel main;
+        main.show();
+        main.zebBrowser->findChild<QMFileLineEdit*>("inputFile")
+            ->setText(Standins::examplesDir() + "/beam.zeb");
+        const QStringList names{"Header", "Units"};
+        ticks(*main.zebBrowser, &names);
+        const QList<QAbstractButton*> buttons = main.findChildren<QAbstractButton*>();
+        QStringList seen; // each run's progress text and cursor
+        bool running = false;
+        ZEBReport::runTool = [&](const std::string&) {
+            if (running) {
+                seen << "a second run";
+                return 0;
+            }
+            const QScopedValueRollback<bool> inside(running, true);
+            QProgressDialog* shown = nullptr;
+            for (int i = 0; i < 500 && !(shown && shown->isVisible()); ++i) {
+                platform::waitStep();
+                shown = qobject_cast<QProgressDialog*>(QApplication::activeWindow());
+            }
+            const QCursor* cursor = QApplication::overrideCursor();
+            seen << (shown ? shown->labelText() : "") +
+                        (cursor && cursor->shape() == Qt::BusyCursor ? " busy" : "");
+            for (QAbstractButton* b : buttons)
+                QAccessible::queryAccessibleInterface(b)->actionInterface()->doAction(
+                    QAccessibleActionInterface::pressAction());
+            for (int i = 0; i < 10; ++i) // past the 100 ms of a pressed button's click
+                platform::waitStep();
+            return 1 << 8;
+        };
+        DialogAnswerer answers; // none is expected
+        widget<QAbstractButton>(main.zebBrowser, button)->click();
+        VERIFY_DIALOGS(answers);
+        QCOMPARE(seen, (QStringList{"Block 1 of 2: Header busy", "Block 2 of 2: Units busy"}));
+        QCOMPARE(ticks(*main.zebBrowser), names);
+        QVERIFY(!QApplication::overrideCursor() && main.isEnabled() && main.isVisible());
+        for (QWidget* w : QApplication::topLevelWidgets())
+            if (w->objectName() == "browser" || qobject_cast<QMListDialog*>(w))
+                delete w;
+    }
+
     // The report road: one report of the whole file, or one a block, each
     // listed; with a translator that does not write what it was asked for.
     void reports_data()
@@ -253,6 +354,7 @@ private slots:
         QTest::newRow("killed")                 << "Mode Shapes" << "#!/bin/sh\nkill -KILL $$\n" << 0 << b8 + " (not written: ended by signal 9, Killed)";
         QTest::newRow("immutable")              << "Mode Shapes"          << "immutable" << 1  << b8 + " (not written: Operation not permitted)";
         QTest::newRow("link planted as report") << "Mode Shapes"          << "link"      << 1  << b8;
+        QTest::newRow("written, exit 0") << "Mode Shapes" << "#!/bin/sh\necho new >\"$3\"\n" << 0 << b8 + " (failed: the translator's exit code was 0)";
         QTest::newRow("working directory deleted") << "Mode Shapes" << "deleted" << 0
             << "Unable To Run: The working directory %D/gone no longer exists.\nNothing was run. [OK] OK/OK";
         // clang-format on

@@ -4,6 +4,8 @@
 // options it took from OKT_ZEBWRITE_OPTIONS.
 #include "standin.h"
 
+#include "platform/files.h"
+
 #include <cstdio>
 #include <filesystem>
 #include <sstream>
@@ -71,6 +73,7 @@ bool writeZeb(const std::string& zebName, const std::string& input)
 
 int main(int argc, char** argv)
 {
+    platform::guardStandardDescriptors();
     const std::vector<std::string> args(argv + 1, argv + argc);
     standin::logRun("qrt2zeb-standin", args);
     if (args.size() != 1 || !readableFile(args[0])) {

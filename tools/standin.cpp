@@ -2,8 +2,11 @@
 
 #include "platform/files.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
 #include <fstream>
 #include <unistd.h>
 
@@ -42,15 +45,23 @@ void logRun(const std::string& program, const std::vector<std::string>& args)
     const char* log = std::getenv("TAMSEL_STANDIN_LOG");
     if (!log || !*log)
         return;
-    std::ofstream out(log, std::ios::app | std::ios::binary);
-    out << "program\t" << escaped(program) << "\n";
+    std::string record = "program\t" + escaped(program) + "\n";
     for (const auto& a : args)
-        out << "arg\t" << escaped(a) << "\n";
+        record += "arg\t" + escaped(a) + "\n";
     if (const char* options = std::getenv("OKT_ZEBWRITE_OPTIONS"))
-        out << "options\t" << escaped(options) << "\n";
+        record += "options\t" + escaped(options) + "\n";
     else
-        out << "options-unset\n";
-    out << "cwd\t" << escaped(currentDirectory()) << "\n\n";
+        record += "options-unset\n";
+    record += "cwd\t" + escaped(currentDirectory()) + "\n\n";
+    // Never through a link planted at the name, as with every file written.
+    const int fd = ::open(log, O_WRONLY | O_APPEND | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0666);
+    if (fd < 0) {
+        std::fprintf(stderr, "cannot write the log %s: %s\n", log, std::strerror(errno));
+        return;
+    }
+    if (::write(fd, record.data(), record.size()) != static_cast<ssize_t>(record.size()))
+        std::fprintf(stderr, "cannot write the log %s: %s\n", log, std::strerror(errno));
+    ::close(fd);
 }
 
 int requestedStatus()

@@ -4,6 +4,7 @@
 #include "platform/batchfile.h"
 #include "platform/commandline.h"
 #include "platform/console.h"
+#include "platform/files.h"
 #include "platform/signals.h"
 
 #include <cstdio>
@@ -27,10 +28,25 @@ int exitCodeOf(int status)
     return platform::statusExitCode(status);
 }
 
+// Tamsel, ended during the run, removed the batch it gave us and left the
+// translator to finish; what we wrote since into its private directory is
+// ours to remove.
+void tidyAfterCaller(const std::string& statusFile, const char* batchFile)
+{
+    if (statusFile.empty() || ::access(batchFile, F_OK) == 0)
+        return;
+    for (const char* suffix : {"", ".started"})
+        ::unlink((statusFile + suffix).c_str());
+    const auto slash = statusFile.rfind('/');
+    if (slash != std::string::npos && slash > 0)
+        ::rmdir(statusFile.substr(0, slash).c_str());
+}
+
 } // namespace
 
 int main(int argc, char** argv)
 {
+    platform::guardStandardDescriptors();
     // The terminal may go before the batch ends: output is dropped then.
     platform::ignoreBrokenPipe();
     std::string statusFile;
@@ -69,5 +85,6 @@ int main(int argc, char** argv)
     const int status = platform::runBatchFile(argv[i], hooks);
     if (!statusFile.empty() && !platform::writeConsoleStatus(statusFile, status))
         std::fprintf(stderr, "tamsel-cmd: cannot write %s\n", statusFile.c_str());
+    tidyAfterCaller(statusFile, argv[i]);
     return exitCodeOf(status);
 }

@@ -6,6 +6,8 @@
 // format (zebtext.h). Asked to optimize (-L -O FILE), it writes the input's
 // blocks to FILE in that format, its first line naming the write options.
 #include "standin.h"
+
+#include "platform/files.h"
 #include "zeb2mtx_report.h"
 #include "zebtext.h"
 
@@ -164,6 +166,7 @@ int optimize(const std::vector<std::string>& args)
 
 int main(int argc, char** argv)
 {
+    platform::guardStandardDescriptors();
     const std::vector<std::string> args(argv + 1, argv + argc);
     standin::logRun("zeb2mtx-standin", args);
     std::string joined;
