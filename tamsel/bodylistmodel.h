@@ -14,7 +14,9 @@
 // The index column sorts as text ("10" ahead of "2") in either order, worked
 // out from the row number alone. Sorting by description reads every
 // description, so it is done only up to descriptionSortLimit bodies; above
-// that the list keeps the index order.
+// that the list keeps the index order. Equal descriptions keep the index's
+// text order. A sort keeps persistent indexes (the view's selection and
+// current row) on their bodies.
 class BodyListModel : public QAbstractTableModel
 {
     Q_OBJECT
@@ -32,6 +34,8 @@ public:
 
     // The body shown in a row, 1 to the count.
     int bodyAt(int row) const;
+    // The row that shows a body; the inverse of bodyAt.
+    int rowOf(int body) const;
 
 private:
     QString description(int body) const;
@@ -40,7 +44,9 @@ private:
     QByteArray file;
     int count = 0;
     Qt::SortOrder indexOrder = Qt::AscendingOrder;
-    // Bodies by row once sorted by description; empty in index order.
+    // Bodies by row once sorted by description, and rows by body (from
+    // 1); both empty in index order.
     std::vector<int> byDescription;
+    std::vector<int> rowsByBody;
     mutable QCache<int, QString> descriptions{4096};
 };

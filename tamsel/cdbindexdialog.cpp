@@ -9,11 +9,12 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QScreen>
 #include <QTableView>
 
-QCDBIndexDialog::QCDBIndexDialog(QWidget* parent, const char*, QString dbFile)
-    : QDialog(parent), dbFile(dbFile)
+QCDBIndexDialog::QCDBIndexDialog(QWidget* parent, const char*, QString file)
+    : QDialog(parent), dbFile(file)
 {
     setObjectName("ListDialog");
     const int fh = QFontMetrics(QApplication::font()).height();
@@ -24,6 +25,9 @@ QCDBIndexDialog::QCDBIndexDialog(QWidget* parent, const char*, QString dbFile)
 
     bodies = new BodyListModel(dbFile, this);
     setUpList();
+    // Assistive technology announces the list by the heading beside it.
+    label->setBuddy(bodyList);
+    bodyList->setAccessibleName(label->text().trimmed().remove(QRegularExpression(":$")));
     const qint64 count = bodies->rowCount();
     bodyList->setMinimumHeight(300);
     mainLayout->addWidget(bodyList, 10);
