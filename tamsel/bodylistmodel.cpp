@@ -66,7 +66,7 @@ BodyListModel::BodyListModel(const QString& dbFile, QObject* parent)
 
 int BodyListModel::rowCount(const QModelIndex& parent) const
 {
-    return parent.isValid() ? 0 : count;
+    return parent.isValid() ? 0 : shown;
 }
 
 int BodyListModel::columnCount(const QModelIndex& parent) const
@@ -78,7 +78,7 @@ QVariant BodyListModel::data(const QModelIndex& index, int role) const
 {
     if (role != Qt::DisplayRole || !index.isValid())
         return {};
-    const int body = bodyAt(index.row());
+    const int body = bodyAt(first + index.row());
     return index.column() == 0 ? QString::number(body) : description(body);
 }
 
@@ -122,24 +122,51 @@ QString BodyListModel::description(int body) const
     return *text;
 }
 
-void BodyListModel::sort(int column, Qt::SortOrder order)
+// The highlight follows its body, not its row number; it goes when its body
+// leaves the window.
+template <typename Change> void BodyListModel::keepingBodies(Change change)
 {
     emit layoutAboutToBeChanged({}, VerticalSortHint);
-    // The highlight follows its body, not its row number.
     const QModelIndexList before = persistentIndexList();
     std::vector<int> bodies;
     for (const QModelIndex& index : before)
-        bodies.push_back(bodyAt(index.row()));
-    byDescription.clear();
-    rowsByBody.clear();
-    indexOrder = order;
-    if (column == 1 && count <= descriptionSortLimit)
-        sortByDescription(order);
+        bodies.push_back(bodyAt(first + index.row()));
+    change();
     QModelIndexList after;
-    for (qsizetype i = 0; i < before.size(); ++i)
-        after << index(rowOf(bodies[std::size_t(i)]), before[i].column());
+    for (qsizetype i = 0; i < before.size(); ++i) {
+        const int row = rowOf(bodies[std::size_t(i)]) - first;
+        after << (row >= 0 && row < shown ? index(row, before[i].column()) : QModelIndex());
+    }
     changePersistentIndexList(before, after);
     emit layoutChanged({}, VerticalSortHint);
+}
+
+void BodyListModel::showRows(int from, int rows)
+{
+    from = std::clamp(from, 0, count);
+    rows = std::clamp(rows, 0, count - from);
+    if (from == first && rows == shown)
+        return;
+    if (rows != shown) {
+        // A row more or less: the view learns the count only from a reset.
+        beginResetModel();
+        first = from;
+        shown = rows;
+        endResetModel();
+        return;
+    }
+    keepingBodies([&] { first = from; });
+}
+
+void BodyListModel::sort(int column, Qt::SortOrder order)
+{
+    keepingBodies([&] {
+        byDescription.clear();
+        rowsByBody.clear();
+        indexOrder = order;
+        if (column == 1 && count <= descriptionSortLimit)
+            sortByDescription(order);
+    });
 }
 
 void BodyListModel::sortByDescription(Qt::SortOrder order)
