@@ -112,14 +112,16 @@ private slots:
         std::fflush(stdout);
         const int out = ::dup(1);
         ::dup2(said.handle(), 1);
-        const qint64 peak = statusKiB("VmHWM:");
+        [[maybe_unused]] const qint64 peak = statusKiB("VmHWM:");
         const bool shown = job.showBlock(&page, 8);
         std::fflush(stdout);
         ::dup2(out, 1);
         ::close(out);
         QVERIFY(shown);
         QVERIFY(ran);
+#ifndef __SANITIZE_ADDRESS__ // its quarantine keeps what was freed
         QVERIFY2(statusKiB("VmHWM:") - peak < 64 * 1024, "more than 64 MB to read a report");
+#endif
         QVERIFY(said.seek(0));
         int skipping = 0; // the 9 leading lines of block 8, each cut short
         for (const QByteArray& line : said.readAll().split('\n'))
