@@ -103,7 +103,13 @@ void QCDBIndexDialog::setUpList()
     });
     connect(bodyList->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &QCDBIndexDialog::noteChoice);
+    setUpScroller();
+}
 
+// The list's own scroll bar would span every row; this one moves the rows
+// in sight through the list.
+void QCDBIndexDialog::setUpScroller()
+{
     bodyList->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scroller = new QScrollBar(Qt::Vertical, this);
     scroller->setObjectName("bodyScroller");

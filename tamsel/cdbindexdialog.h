@@ -32,6 +32,7 @@ private slots:
 
 private:
     void setUpList();
+    void setUpScroller();
     void fitRows();
     void showFrom(int row);
     void reveal(int row);
