@@ -22,23 +22,19 @@ bool startsWithBom(const char* data, qsizetype size)
     return size >= 3 && std::memcmp(data, "\xEF\xBB\xBF", 3) == 0;
 }
 
-// What fill() says of a line that will not fit in the largest buffer.
+// What fill() says of a line that fills the whole buffer.
 constexpr qint64 lineTooLong = -2;
 
-// Moves the unfinished line to the front of the buffer and reads behind it,
-// growing the buffer for a line longer than it but never past most.
-qint64 fill(QIODevice& device, QByteArray& buffer, qsizetype& begin, qsizetype& end, qint64 most)
+// Moves the unfinished line to the front of the buffer and reads behind it.
+qint64 fill(QIODevice& device, QByteArray& buffer, qsizetype& begin, qsizetype& end)
 {
     if (begin > 0) {
         std::memmove(buffer.data(), buffer.constData() + begin, size_t(end - begin));
         end -= begin;
         begin = 0;
     }
-    if (end == buffer.size()) {
-        if (buffer.size() >= most)
-            return lineTooLong;
-        buffer.resize(qsizetype(std::min<qint64>(most, qint64(buffer.size()) * 2)));
-    }
+    if (end == buffer.size())
+        return lineTooLong;
     const qint64 got = device.read(buffer.data() + end, buffer.size() - end);
     if (got > 0)
         end += got;
@@ -56,11 +52,24 @@ QByteArray withoutNul(const char* data, qsizetype size)
     return line;
 }
 
+// A leading line as the diagnostic shows it: its start, cut before a
+// UTF-8 sequence, for a line longer than that.
+QByteArray shortened(QByteArray line)
+{
+    const qsizetype most = BlockReader::skippedShown;
+    if (line.size() <= most)
+        return line;
+    qsizetype cut = most;
+    while (cut > most - 3 && (line[cut] & 0xC0) == 0x80)
+        --cut;
+    line.truncate(cut);
+    return line + "...";
+}
+
 } // namespace
 
-BlockReader::BlockReader(int headerLines, Progress progress,
-                         std::function<void(const QByteArray&)> skipped)
-    : headerLines(headerLines), progress(std::move(progress)), skipped(std::move(skipped))
+BlockReader::BlockReader(int leading, Progress told, std::function<void(const QByteArray&)> dropped)
+    : headerLines(leading), progress(std::move(told)), skipped(std::move(dropped))
 {
 }
 
@@ -72,11 +81,9 @@ BlockText BlockReader::read(QIODevice& device, qint64 sizeHint)
     counted = 0;
     cut = false;
     partial = false;
-    // The kept lines are never longer than the file, so one reservation
-    // holds them all and the store never moves; a little more leaves room
-    // for a note in front.
-    if (sizeHint > 0)
-        text.reserve(qsizetype(std::min(sizeHint, limit / 2) + 256));
+    leadingStart.clear();
+    takenSinceAsked = 0;
+    skippedBytes = 0;
 
     QByteArray buffer(chunkSize, Qt::Uninitialized);
     qsizetype begin = 0;
@@ -85,20 +92,17 @@ BlockText BlockReader::read(QIODevice& device, qint64 sizeHint)
     bool atStart = true;
     bool stopped = false;
     while (!stopped) {
-        // A leading line is handed on whole; a kept one longer than the
-        // buffer is taken a buffer at a time, so that it is held only once.
-        const bool leading = skippedCount < headerLines;
-        const qint64 got = fill(device, buffer, begin, end,
-                                leading ? std::max<qint64>(chunkSize, limit / 4) : chunkSize);
-        if (got == lineTooLong && !leading) {
+        // A line longer than the buffer is taken, or skipped, a buffer at a
+        // time, so that it is held only once and a stop is heard within it.
+        const qint64 got = fill(device, buffer, begin, end);
+        if (got == lineTooLong) {
             stopped = !takePart(buffer.constData(), begin, end);
             continue;
         }
         bytesRead += std::max<qint64>(got, 0);
-        cut = cut || got == lineTooLong;
         const bool done = got <= 0;
         // A line without an end in a whole buffer: ask about stopping here.
-        if (!done && end - begin == buffer.size() && progress && !progress(qMin(bytesRead, hint)))
+        if (!done && end - begin == buffer.size() && progress && !ask(qMin(bytesRead, hint)))
             break;
         if (atStart && (end >= 3 || done)) {
             atStart = false;
@@ -137,6 +141,11 @@ bool BlockReader::takeLines(const char* data, qsizetype& begin, qsizetype end)
 bool BlockReader::takePart(const char* data, qsizetype& begin, qsizetype end)
 {
     const qsizetype size = end - begin - (data[end - 1] == '\r' ? 1 : 0);
+    if (skippedCount < headerLines) {
+        keepLeadingStart(data + begin, size);
+        begin += size;
+        return true;
+    }
     const bool more = store(data + begin, size);
     partial = partial || size > 0;
     begin += size;
@@ -146,22 +155,40 @@ bool BlockReader::takePart(const char* data, qsizetype& begin, qsizetype end)
 bool BlockReader::take(const char* data, qsizetype size)
 {
     if (skippedCount < headerLines) {
+        keepLeadingStart(data, size);
         ++skippedCount;
         if (skipped)
-            skipped(QByteArray(data, size));
+            skipped(shortened(leadingStart));
+        leadingStart.clear();
         return true;
     }
     ++counted;
     if (!store(data, size))
         return false;
     partial = false;
-    if (counted % 1000 != 0 || !progress)
+    takenSinceAsked += size + 1;
+    if ((counted % 1000 != 0 && takenSinceAsked < askEvery) || !progress)
         return true;
     const qint64 characters = QString::fromUtf8(data, size).size();
     qint64 estimate = 0;
     if (qMulOverflow(characters, counted, &estimate))
         estimate = std::numeric_limits<qint64>::max();
-    return progress(qMin(estimate, hint));
+    return ask(qMin(estimate, hint));
+}
+
+bool BlockReader::ask(qint64 estimate)
+{
+    takenSinceAsked = 0;
+    return progress(estimate);
+}
+
+// Only what the diagnostic shows, and one byte more to tell that it is cut.
+void BlockReader::keepLeadingStart(const char* data, qsizetype size)
+{
+    skippedBytes += size + 1;
+    const qsizetype wanted = skippedShown + 1 - leadingStart.size();
+    if (wanted > 0)
+        leadingStart.append(data, std::min(size, wanted));
 }
 
 // Keeps a line, or the next part of one; false when memory ran out.
@@ -169,6 +196,11 @@ bool BlockReader::store(const char* data, qsizetype size)
 {
     if (size == 0)
         return true;
+    // The kept lines are never longer than the rest of the file, so one
+    // reservation holds them all and the store never moves; a little more
+    // leaves room for a note in front.
+    if (text.lineCount() == 0 && hint > 0)
+        text.reserve(qsizetype(std::clamp<qint64>(hint - skippedBytes, 0, limit / 2) + 256));
     const bool nul = std::memchr(data, '\0', size_t(size));
     const qsizetype kept = room(data, size, nul ? 3 : 1);
     const QByteArray shown = nul ? withoutNul(data, kept) : QByteArray();
@@ -206,7 +238,10 @@ qint64 BlockReader::pageMemoryLimit()
 
 void BlockReader::finish()
 {
-    for (; skippedCount < headerLines; ++skippedCount)
+    // The start of a leading line the report ends in, then the ones it lacks.
+    for (; skippedCount < headerLines; ++skippedCount) {
         if (skipped)
-            skipped(QByteArray());
+            skipped(shortened(leadingStart));
+        leadingStart.clear();
+    }
 }

@@ -20,15 +20,17 @@ public:
     using Progress = std::function<bool(qint64 estimate)>;
 
     // skipped: called with each leading line as it is dropped, also for
-    // the ones a short report lacks (with an empty line).
+    // the ones a short report lacks (with an empty line). A line longer than
+    // skippedShown bytes is cut there and ends in "...".
     BlockReader(int headerLines, Progress progress = {},
                 std::function<void(const QByteArray&)> skipped = {});
 
     // Reads to the end of the device, or until the progress callback says
     // stop. The estimate is the length of the line just read times the
     // number of lines read, capped at sizeHint (the file's size); while a
-    // line goes on without an end, the bytes read so far are told instead,
-    // so that a stop is heard there too.
+    // line goes on without an end, leading or kept, the bytes read so far
+    // are told after every buffer instead, and long lines are asked about
+    // at least every askEvery bytes, so that a stop is heard there too.
     BlockText read(QIODevice& device, qint64 sizeHint);
 
     // The most memory the text may take; the reading stops before it would
@@ -40,6 +42,8 @@ public:
     static qint64 pageMemoryLimit();
     static constexpr qint64 pageMemoryFloor = qint64(64) << 20;
     static constexpr qint64 pageMemoryCeiling = qint64(16) << 30;
+    static constexpr qsizetype skippedShown = 256;
+    static constexpr qint64 askEvery = qint64(4) << 20;
 
 private:
     // Takes the whole lines in data from begin to end and moves begin
@@ -48,6 +52,8 @@ private:
     // Takes one line without its line end; false stops the reading.
     bool take(const char* data, qsizetype size);
     bool takePart(const char* data, qsizetype& begin, qsizetype end);
+    void keepLeadingStart(const char* data, qsizetype size);
+    bool ask(qint64 estimate);
     bool store(const char* data, qsizetype size);
     qsizetype room(const char* data, qsizetype size, int cost);
     void finish();
@@ -62,5 +68,8 @@ private:
     qint64 counted = 0;
     qint64 limit = std::numeric_limits<qint64>::max();
     bool cut = false;
-    bool partial = false; // the last line kept goes on in the next bytes
+    bool partial = false;    // the last line kept goes on in the next bytes
+    QByteArray leadingStart; // of the leading line being skipped
+    qint64 takenSinceAsked = 0;
+    qint64 skippedBytes = 0; // a line feed counted for each part too
 };

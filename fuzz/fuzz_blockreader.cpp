@@ -5,7 +5,8 @@
 //   the very start dropped, a last line without LF kept as it is, and empty
 //   lines left out; so no kept line holds a LF and none is empty;
 // - the skip callback sees each leading line, an empty one for each the
-//   report lacks;
+//   report lacks; one longer than skippedShown bytes as its start (cut at
+//   most 3 bytes earlier, before a UTF-8 sequence) and "...";
 // - every progress estimate lies between 0 and the size hint;
 // - the text's character offsets agree with its lines and toString().
 //
@@ -69,7 +70,15 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     QByteArrayList leading = lines.mid(0, headerLines);
     while (leading.size() < headerLines)
         leading << QByteArray();
-    require(skipped == leading, "leading lines differ");
+    require(skipped.size() == leading.size(), "leading line count differs");
+    for (qsizetype i = 0; i < leading.size(); ++i) {
+        const QByteArray& seen = skipped[i];
+        const bool cut = leading[i].size() > BlockReader::skippedShown;
+        require(cut ? seen.endsWith("...") && seen.size() - 3 > BlockReader::skippedShown - 4 &&
+                          leading[i].startsWith(seen.chopped(3))
+                    : seen == leading[i],
+                "a leading line differs");
+    }
 
     require(text.lineCount() == kept.size(), "line count differs");
     QString all;

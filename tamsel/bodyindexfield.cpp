@@ -11,8 +11,8 @@
 #include <QMenu>
 #include <QMouseEvent>
 
-BodyIndexField::BodyIndexField(QWidget* tab, QLineEdit* fileField)
-    : QObject(tab), tab(tab), fileField(fileField)
+BodyIndexField::BodyIndexField(QWidget* owner, QLineEdit* field)
+    : QObject(owner), tab(owner), fileField(field)
 {
     indexEdit = new QLineEdit(tab);
     indexEdit->setObjectName("inputFile");

@@ -37,6 +37,25 @@ int kthInTextOrder(qint64 n, qint64 k)
     return int(current);
 }
 
+// Where number lies (from 0) among 1..n sorted as text: the subtrees of the
+// smaller digits at each of its prefixes, and the shorter prefixes
+// themselves, come before it.
+qint64 rankInTextOrder(qint64 n, qint64 number)
+{
+    const QByteArray digits = QByteArray::number(number);
+    qint64 rank = 0;
+    qint64 prefix = 0;
+    for (qsizetype at = 0; at < digits.size(); ++at) {
+        const int digit = digits[at] - '0';
+        for (int smaller = at == 0 ? 1 : 0; smaller < digit; ++smaller)
+            rank += numbersUnder(n, prefix * 10 + smaller);
+        prefix = prefix * 10 + digit;
+        if (at + 1 < digits.size())
+            ++rank;
+    }
+    return rank;
+}
+
 } // namespace
 
 BodyListModel::BodyListModel(const QString& dbFile, QObject* parent)
@@ -47,7 +66,7 @@ BodyListModel::BodyListModel(const QString& dbFile, QObject* parent)
 
 int BodyListModel::rowCount(const QModelIndex& parent) const
 {
-    return parent.isValid() ? 0 : count;
+    return parent.isValid() ? 0 : shown;
 }
 
 int BodyListModel::columnCount(const QModelIndex& parent) const
@@ -59,15 +78,26 @@ QVariant BodyListModel::data(const QModelIndex& index, int role) const
 {
     if (role != Qt::DisplayRole || !index.isValid())
         return {};
-    const int body = bodyAt(index.row());
+    const int body = bodyAt(first + index.row());
     return index.column() == 0 ? QString::number(body) : description(body);
 }
 
 QVariant BodyListModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
+    // A first click on a header sorts upwards, as a user reads a list.
+    if (role == Qt::InitialSortOrderRole && orientation == Qt::Horizontal)
+        return Qt::AscendingOrder;
     if (role != Qt::DisplayRole || orientation != Qt::Horizontal)
         return QAbstractTableModel::headerData(section, orientation, role);
     return section == 0 ? "Index" : "Body Info";
+}
+
+int BodyListModel::rowOf(int body) const
+{
+    if (!rowsByBody.empty())
+        return rowsByBody[std::size_t(body)];
+    const qint64 rank = rankInTextOrder(count, body);
+    return int(indexOrder == Qt::AscendingOrder ? rank : count - 1 - rank);
 }
 
 int BodyListModel::bodyAt(int row) const
@@ -92,14 +122,51 @@ QString BodyListModel::description(int body) const
     return *text;
 }
 
+// The highlight follows its body, not its row number; it goes when its body
+// leaves the window.
+template <typename Change> void BodyListModel::keepingBodies(Change change)
+{
+    emit layoutAboutToBeChanged({}, VerticalSortHint);
+    const QModelIndexList before = persistentIndexList();
+    std::vector<int> bodies;
+    for (const QModelIndex& index : before)
+        bodies.push_back(bodyAt(first + index.row()));
+    change();
+    QModelIndexList after;
+    for (qsizetype i = 0; i < before.size(); ++i) {
+        const int row = rowOf(bodies[std::size_t(i)]) - first;
+        after << (row >= 0 && row < shown ? index(row, before[i].column()) : QModelIndex());
+    }
+    changePersistentIndexList(before, after);
+    emit layoutChanged({}, VerticalSortHint);
+}
+
+void BodyListModel::showRows(int from, int rows)
+{
+    from = std::clamp(from, 0, count);
+    rows = std::clamp(rows, 0, count - from);
+    if (from == first && rows == shown)
+        return;
+    if (rows != shown) {
+        // A row more or less: the view learns the count only from a reset.
+        beginResetModel();
+        first = from;
+        shown = rows;
+        endResetModel();
+        return;
+    }
+    keepingBodies([&] { first = from; });
+}
+
 void BodyListModel::sort(int column, Qt::SortOrder order)
 {
-    emit layoutAboutToBeChanged();
-    byDescription.clear();
-    indexOrder = order;
-    if (column == 1 && count <= descriptionSortLimit)
-        sortByDescription(order);
-    emit layoutChanged();
+    keepingBodies([&] {
+        byDescription.clear();
+        rowsByBody.clear();
+        indexOrder = order;
+        if (column == 1 && count <= descriptionSortLimit)
+            sortByDescription(order);
+    });
 }
 
 void BodyListModel::sortByDescription(Qt::SortOrder order)
@@ -116,4 +183,7 @@ void BodyListModel::sortByDescription(Qt::SortOrder order)
         const int c = collator.compare(texts[std::size_t(a)], texts[std::size_t(b)]);
         return order == Qt::AscendingOrder ? c < 0 : c > 0;
     });
+    rowsByBody.resize(std::size_t(count) + 1);
+    for (int row = 0; row < count; ++row)
+        rowsByBody[std::size_t(byDescription[std::size_t(row)])] = row;
 }

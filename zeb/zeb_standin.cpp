@@ -32,7 +32,11 @@ constexpr std::string_view bodyTag = "BODY ";
 class Lines
 {
 public:
-    Lines(int fd, off_t offset) : fd(fd), end(offset) {}
+    // keep: so much of each line is given; counting needs only the tag.
+    Lines(int file, off_t offset, std::size_t kept = wholeDescription)
+        : fd(file), end(offset), keep(kept)
+    {
+    }
 
     // False at the end of the file and when given up.
     bool next(std::string& line)
@@ -75,9 +79,10 @@ public:
 
 private:
     // The tag, and one byte past the longest description to tell where to cut.
-    static constexpr std::size_t keep = bodyTag.size() + infoSize;
+    static constexpr std::size_t wholeDescription = bodyTag.size() + infoSize;
     int fd;
     off_t end; // of what was read
+    std::size_t keep;
     char buf[16384];
     std::size_t pos = 0;
     std::size_t len = 0;
@@ -111,7 +116,7 @@ int countBodies(int fd, std::vector<off_t>& checkpoints)
     const off_t start = magicLength(fd);
     if (start == 0)
         return 0;
-    Lines lines(fd, start);
+    Lines lines(fd, start, bodyTag.size());
     std::string line;
     int count = 0;
     for (off_t at = start; lines.next(line); at = lines.offset()) {
