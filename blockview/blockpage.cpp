@@ -6,8 +6,8 @@
 #include <QButtonGroup>
 #include <QHBoxLayout>
 #include <QPushButton>
-#include <QStackedWidget>
 #include <QRadioButton>
+#include <QStackedWidget>
 #include <QVBoxLayout>
 
 namespace
@@ -54,7 +54,7 @@ QWidget* BlockPage::makeSwitch()
     bar->setObjectName("view switch");
     auto* row = new QHBoxLayout(bar);
     row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(0);
+    row->setSpacing(12);
     for (int view = Text; view <= Plot; ++view) {
         // One choice of three: read as radio buttons, arrow keys move along.
         auto* button = new QRadioButton;

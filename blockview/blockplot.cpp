@@ -10,11 +10,12 @@
 #include <QBuffer>
 #include <QChart>
 #include <QCheckBox>
-#include <QFileInfo>
 #include <QComboBox>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLegend>
 #include <QLegendMarker>
 #include <QLineSeries>
 #include <QLogValueAxis>
@@ -42,7 +43,7 @@ const int projectionColumns[3][2] = {{0, 1}, {0, 2}, {1, 2}};
 // Twelve colours told apart on light and dark ground, also by most
 // colour-blind eyes; a thirteenth series starts over.
 const QRgb seriesColours[12] = {0x1f77b4, 0xff7f0e, 0x2ca02c, 0xd62728, 0x9467bd, 0x8c564b,
-                                0xe377c2, 0x7f7f7f, 0xbcbd22, 0x17becf, 0x000080, 0xffd700};
+                                0xe377c2, 0x7f7f7f, 0xbcbd22, 0x17becf, 0xff9896, 0xffd700};
 
 BlockPlotRange::Span rangeOf(const QAbstractAxis* axis)
 {
@@ -210,7 +211,7 @@ void BlockPlot::collect()
     const bool projecting = setup.kind == Setup::Projection;
     const int xc = projecting ? setup.xColumn + projectionColumns[projection][0] : xColumn;
     const int yc = projecting ? setup.xColumn + projectionColumns[projection][1] : yColumn;
-    std::vector<BlockModes::Mode> modes = {{0, setup.runName.arg(1)}};
+    std::vector<BlockModes::Mode> modes = {{0, columnName(Qt::Vertical)}};
     if (setup.splitRuns) {
         const BlockModes found(cols);
         modes = found.modes();
@@ -241,6 +242,7 @@ void BlockPlot::collect()
     }
     for (size_t r = 0; r < runs.size(); ++r)
         runs[r].end = r + 1 < runs.size() ? runs[r + 1].begin : qsizetype(points.size());
+    scaleHuge();
 }
 
 bool BlockPlot::logShown() const
@@ -253,13 +255,41 @@ bool BlockPlot::logShown() const
     return false;
 }
 
-QString BlockPlot::axisTitle(Qt::Orientation orientation) const
+QString BlockPlot::columnName(Qt::Orientation orientation) const
 {
     const int index = orientation == Qt::Horizontal ? 0 : 1;
     if (setup.kind == Setup::Projection)
         return QString::fromUtf8(projections[projection]).split(QChar(0x2013))[index];
     const int column = index == 0 ? xColumn : yColumn;
     return column < 0 ? QString("Row") : cols.title(column);
+}
+
+QString BlockPlot::axisTitle(Qt::Orientation orientation) const
+{
+    const int exponent = scaleExponent[orientation == Qt::Horizontal ? 0 : 1];
+    const QString name = columnName(orientation);
+    return exponent ? QString("%1 (\u00d71e%2)").arg(name).arg(exponent) : name;
+}
+
+// Values near the ends of a double are plotted in units of a power of ten:
+// the chart works out spans that would overflow there.
+void BlockPlot::scaleHuge()
+{
+    scaleExponent[0] = scaleExponent[1] = 0;
+    const auto [xs, ys] = BlockPlotRange::extent(points, 0, qsizetype(points.size()));
+    const auto exponentOf = [](BlockPlotRange::Span span) {
+        const double largest = std::max(std::abs(span.first), std::abs(span.second));
+        return largest > 1e100 ? int(std::floor(std::log10(largest))) : 0;
+    };
+    scaleExponent[0] = exponentOf(xs);
+    scaleExponent[1] = exponentOf(ys);
+    if (setup.kind == Setup::Projection) // one scale across and up
+        scaleExponent[0] = scaleExponent[1] = std::max(scaleExponent[0], scaleExponent[1]);
+    if (!scaleExponent[0] && !scaleExponent[1])
+        return;
+    const double sx = std::pow(10.0, -scaleExponent[0]), sy = std::pow(10.0, -scaleExponent[1]);
+    for (QPointF& p : points)
+        p = {p.x() * sx, p.y() * sy};
 }
 
 QAbstractAxis* BlockPlot::makeAxis(Qt::Orientation orientation) const
@@ -396,6 +426,8 @@ void BlockPlot::resetZoom()
     if (setup.kind != Setup::Lines || xs.first == xs.second)
         xs = BlockPlotRange::padded(xs, false);
     ys = BlockPlotRange::padded(ys, log);
+    if (clampedCount) // a strip at the foot, below every value drawn to scale
+        ys.first /= std::pow(ys.second / ys.first, 0.08);
     setRanges(xs.first, xs.second, ys.first, ys.second);
 }
 
@@ -416,8 +448,8 @@ void BlockPlot::askRanges()
     const QList<QAbstractAxis*> y = chart()->axes(Qt::Vertical);
     if (x.isEmpty() || y.isEmpty())
         return;
-    BlockPlotRangeDialog dialog(axisTitle(Qt::Horizontal), rangeOf(x[0]),
-                                axisTitle(Qt::Vertical), rangeOf(y[0]), logShown(), this);
+    BlockPlotRangeDialog dialog(axisTitle(Qt::Horizontal), rangeOf(x[0]), axisTitle(Qt::Vertical),
+                                rangeOf(y[0]), logShown(), this);
     if (dialog.exec() == QDialog::Accepted)
         setRanges(dialog.x().first, dialog.x().second, dialog.y().first, dialog.y().second);
 }
@@ -491,6 +523,20 @@ void BlockPlot::placeTicks()
     }
 }
 
+// A long legend beside a low chart gets a smaller font, down to a size
+// still readable, rather than entries cut off.
+void BlockPlot::fitLegend()
+{
+    QLegend* legend = chart()->legend();
+    if (legend->alignment() != Qt::AlignRight || runSeries.empty())
+        return;
+    QFont font = this->font();
+    const int room = int(chart()->size().height() * 0.8 / qsizetype(runSeries.size()));
+    font.setPixelSize(std::clamp(room - 6, 8, QFontInfo(font).pixelSize()));
+    if (legend->font() != font)
+        legend->setFont(font);
+}
+
 void BlockPlot::redraw()
 {
     redrawPending = false;
@@ -504,6 +550,7 @@ void BlockPlot::redraw()
     const auto [y0, y1] = rangeOf(yAxes[0]);
     clampY = y0 * std::pow(y1 / y0, 0.03); // just above a log axis' foot
     const QSize pixels = chart()->plotArea().size().toSize();
+    fitLegend();
     // Many series over one another: two pixels a column keep them quick.
     const int columns = runs.size() > 4 ? pixels.width() / 2 : pixels.width();
     QList<QPointF> clamped;
@@ -533,9 +580,10 @@ void BlockPlot::redraw()
 void BlockPlot::updateNote()
 {
     QStringList parts;
-    const QString y = axisTitle(Qt::Vertical);
-    const QString either =
-        xColumn < 0 && setup.kind != Setup::Projection ? y : y + " or " + axisTitle(Qt::Horizontal);
+    const QString y = columnName(Qt::Vertical);
+    const QString either = xColumn < 0 && setup.kind != Setup::Projection
+                               ? y
+                               : y + " or " + columnName(Qt::Horizontal);
     if (points.empty())
         parts << QString("Nothing to plot: no row of this block has a finite number in %1.")
                      .arg(either);
@@ -550,7 +598,8 @@ void BlockPlot::updateNote()
     if (!modesKnown)
         parts << "The report does not say where each mode begins: all rows are one series.";
     if (modeCount > maxSeries)
-        parts << QString("Only the first %1 of %2 modes are plotted.").arg(maxSeries).arg(modeCount);
+        parts
+            << QString("Only the first %1 of %2 modes are plotted.").arg(maxSeries).arg(modeCount);
     noteLabel->setText(parts.join(' '));
     noteLabel->setVisible(!parts.isEmpty());
     describe();
@@ -614,12 +663,14 @@ void BlockPlot::showToolTip(const QPoint& position, const QPoint& globalPosition
         return;
     }
     const qsizetype line = lines[size_t(i)];
+    const double x = points[size_t(i)].x() * std::pow(10.0, scaleExponent[0]);
+    const double y = points[size_t(i)].y() * std::pow(10.0, scaleExponent[1]);
     const QString xText = xColumn < 0 && setup.kind != Setup::Projection
-                              ? QString::number(points[size_t(i)].x())
-                              : QString::number(points[size_t(i)].x(), 'g', 7);
+                              ? QString::number(x)
+                              : QString::number(x, 'g', 7);
     QString tip = QString("%1: %2\n%3: %4")
-                      .arg(axisTitle(Qt::Horizontal), xText, axisTitle(Qt::Vertical),
-                           QString::number(points[size_t(i)].y(), 'g', 7));
+                      .arg(columnName(Qt::Horizontal), xText, columnName(Qt::Vertical),
+                           QString::number(y, 'g', 7));
     if (runs.size() > 1)
         tip += "\n" + series->name();
     tip += QString("\nline %1").arg(line + 1);
@@ -707,8 +758,9 @@ void BlockPlot::saveWith(QString filter)
         &filter);
     if (path.isEmpty())
         return;
-    const QString suffix = filter.startsWith("SVG") ? ".svg" : filter.startsWith("PDF") ? ".pdf"
-                                                                                        : ".png";
+    const QString suffix = filter.startsWith("SVG")   ? ".svg"
+                           : filter.startsWith("PDF") ? ".pdf"
+                                                      : ".png";
     if (!QStringList{"png", "svg", "pdf"}.contains(QFileInfo(path).suffix(), Qt::CaseInsensitive))
         path += suffix;
     BlockFileWriter::writeOrWarn(this, path, bytesFor(path));

@@ -38,7 +38,6 @@ public:
         int yColumn = -1;       // -1: the first numeric column that varies
         bool logY = false;      // values at or below 0 are marked at the foot
         bool splitRuns = false; // a series a mode, as the report's headings say
-        QString runName = "Series %1";
     };
 
     // The text must outlive the plot.
@@ -83,11 +82,14 @@ private:
     void addSeries(QAbstractAxis* xAxis, QAbstractAxis* yAxis);
     QXYSeries* makeSeries(size_t run) const;
     QAbstractAxis* makeAxis(Qt::Orientation orientation) const;
+    QString columnName(Qt::Orientation orientation) const;
     QString axisTitle(Qt::Orientation orientation) const;
+    void scaleHuge();
     void redrawSoon();
     void redraw();
     bool keepAspect();
     void placeTicks();
+    void fitLegend();
     QPointF shown(const QPointF& point) const;
     void updateNote();
     void describe();
@@ -106,6 +108,7 @@ private:
     std::vector<QPointF> points;
     std::vector<qsizetype> lines; // the text line of each point
     std::vector<Run> runs;
+    int scaleExponent[2] = {0, 0}; // points are in units of 1e this, across and up
     qsizetype modeCount = 0;
     bool modesKnown = true;
     qsizetype skippedRows = 0; // rows without a finite number to plot

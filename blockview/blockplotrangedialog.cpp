@@ -23,8 +23,8 @@ bool numberIn(const QLineEdit* edit, double& value)
 } // namespace
 
 BlockPlotRangeDialog::BlockPlotRangeDialog(const QString& xTitle, BlockPlotRange::Span x,
-                                           const QString& yTitle, BlockPlotRange::Span y,
-                                           bool log, QWidget* parent)
+                                           const QString& yTitle, BlockPlotRange::Span y, bool log,
+                                           QWidget* parent)
     : QDialog(parent), logY(log),
       buttons(new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel))
 {

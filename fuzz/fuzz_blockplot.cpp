@@ -57,8 +57,7 @@ void checkRange(const std::vector<QPointF>& points, int pixels)
 {
     const auto [xs, ys] = BlockPlotRange::extent(points, 0, qsizetype(points.size()));
     for (const QPointF& p : points)
-        require(p.x() >= xs.first && p.x() <= xs.second && p.y() >= ys.first &&
-                    p.y() <= ys.second,
+        require(p.x() >= xs.first && p.x() <= xs.second && p.y() >= ys.first && p.y() <= ys.second,
                 "extent holds every point");
     for (const auto& span : {xs, ys}) {
         const auto padded = BlockPlotRange::padded(span, false);
@@ -87,7 +86,8 @@ void checkDecimators(const std::vector<QPointF>& points, int pixels)
     if (n) { // the lowest and highest of all stay
         double low = INFINITY, high = -INFINITY;
         for (qsizetype i : kept)
-            low = std::min(low, points[size_t(i)].y()), high = std::max(high, points[size_t(i)].y());
+            low = std::min(low, points[size_t(i)].y()),
+            high = std::max(high, points[size_t(i)].y());
         require(low == ys.first && high == ys.second, "extremes kept");
     }
     const QRectF area(QPointF(xs.first, ys.first), QPointF(xs.second, ys.second));
@@ -126,7 +126,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     checkDecimators(points, pixels);
 
     const BlockModes modes(columns);
-    require(!modes.modes().empty() && qsizetype(modes.modes().size()) <= std::max<qsizetype>(1, text.lineCount()),
+    require(!modes.modes().empty() &&
+                qsizetype(modes.modes().size()) <= std::max<qsizetype>(1, text.lineCount()),
             "no more modes than lines");
     for (size_t m = 1; m < modes.modes().size(); ++m)
         require(modes.modes()[m].firstLine > modes.modes()[m - 1].firstLine, "modes in order");

@@ -88,7 +88,6 @@ BlockPlot::Setup plotSetupOf(int block)
     case 29:
         setup.yColumn = -1;
         setup.splitRuns = true;
-        setup.runName = "Mode %1";
         break;
     }
     return setup;
