@@ -217,8 +217,8 @@ private slots:
             << "Hertz:2|\u2264 0, not to scale:2" << "2 value(s) at or below 0";
         QTest::newRow("nothing to plot") << true << L{"nan", "x"} << false
             << "" << "Nothing to plot: no row of this block has a finite number in Hertz";
-        QTest::newRow("modes by heading") << false << L{"Mode 1", "3", "1", "2", "Mode 2", "3", "1", "2"}
-            << false << mode1 << "";
+        QTest::newRow("modes by heading") << false << L{"Mode 1", "3", "1", "2", "Mode 2", "3", "1"}
+            << false << "Mode 1:3|Mode 2:2" << "";
         QTest::newRow("modes as equal runs") << false << L{"3", "1", "2", "3", "1", "2"} << false
             << mode1 << "";
         QTest::newRow("modes unknown") << false << L{"1", "2", "3", "1", "2"} << false
