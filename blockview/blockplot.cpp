@@ -524,7 +524,7 @@ void BlockPlot::placeTicks()
 }
 
 // A long legend beside a low chart gets a smaller font, down to a size
-// still readable, rather than entries cut off.
+// still readable; what does not fit then scrolls with a drag.
 void BlockPlot::fitLegend()
 {
     QLegend* legend = chart()->legend();
@@ -532,7 +532,7 @@ void BlockPlot::fitLegend()
         return;
     QFont font = this->font();
     const int room = int(chart()->size().height() * 0.8 / qsizetype(runSeries.size()));
-    font.setPixelSize(std::clamp(room - 6, 8, QFontInfo(font).pixelSize()));
+    font.setPixelSize(std::clamp(room - 6, 10, std::max(10, QFontInfo(font).pixelSize())));
     if (legend->font() != font)
         legend->setFont(font);
 }

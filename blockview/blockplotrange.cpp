@@ -63,10 +63,14 @@ double BlockPlotRange::tickStep(Span span, int pixels, int spacing)
     if (!(rough > 0) || !std::isfinite(rough))
         return 1;
     const double decade = std::pow(10.0, std::floor(std::log10(rough)));
-    for (double factor : {1.0, 2.0, 5.0})
-        if (factor * decade >= rough)
-            return factor * decade;
-    return 10 * decade;
+    for (double factor : {1.0, 2.0, 5.0, 10.0}) {
+        const double step = factor * decade;
+        if (!std::isfinite(step)) // at the end of a double's range
+            return rough;
+        if (step >= rough)
+            return step;
+    }
+    return rough;
 }
 
 QString BlockPlotRange::labelFormat(Span span, double step)
