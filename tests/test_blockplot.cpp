@@ -227,6 +227,13 @@ private slots:
         QTest::newRow("modes unknown") << false << L{"1", "2", "3", "1", "2"} << false
             << "Mode 1:5" << "does not say where each mode begins";
         // clang-format on
+        QStringList many, shown;
+        for (int m = 1; m <= 65; ++m)
+            many << QString("Mode %1").arg(m) << "1";
+        for (int m = 1; m <= 64; ++m)
+            shown << QString("Mode %1:1").arg(m);
+        QTest::newRow("65 modes") << false << many << false << shown.join('|')
+                                  << "Only the first 64 of 65 modes are plotted.";
     }
 
     // What cannot be drawn is left out and said under the plot; every
