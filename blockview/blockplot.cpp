@@ -218,22 +218,25 @@ void BlockPlot::collect()
         modesKnown = found.known();
     }
     modeCount = qsizetype(modes.size());
-    if (modes.size() > size_t(maxSeries))
+    qsizetype stop = cols.lineCount(); // where the first mode left out begins
+    if (modes.size() > size_t(maxSeries)) {
+        stop = modes[maxSeries].firstLine;
         modes.resize(maxSeries);
+    }
     size_t mode = 0;
     double x, y;
     qsizetype row = 0;
-    for (qsizetype line = modes.front().firstLine; line < cols.lineCount(); ++line) {
+    for (qsizetype line = modes.front().firstLine; line < stop; ++line) {
         while (mode < modes.size() && line >= modes[mode].firstLine)
             runs.push_back({qsizetype(points.size()), 0, modes[mode++].name});
-        if (mode == modes.size() && modes.size() < size_t(modeCount))
-            break; // past the last mode shown
-        if (!cols.fits(line))
+        // A number proves the line is data: the common case asks once.
+        const bool yValue = cols.number(line, yc, y);
+        if (!yValue && !cols.fits(line))
             continue;
         ++row;
         if (xc < 0)
             x = double(row);
-        if (!finiteCell(line, yc, y) || (xc >= 0 && !finiteCell(line, xc, x))) {
+        if (!yValue || !std::isfinite(y) || (xc >= 0 && !finiteCell(line, xc, x))) {
             ++skippedRows;
             continue;
         }
