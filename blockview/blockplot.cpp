@@ -315,7 +315,6 @@ QAbstractAxis* BlockPlot::makeAxis(Qt::Orientation orientation) const
 QXYSeries* BlockPlot::makeSeries(size_t run) const
 {
     QXYSeries* series;
-    const size_t count = size_t(runs[run].end - runs[run].begin);
     if (setup.kind == Setup::Lines) {
         series = new QLineSeries;
     } else {
@@ -323,15 +322,35 @@ QXYSeries* BlockPlot::makeSeries(size_t run) const
         scatter->setMarkerSize(markerSize(points.size()));
         series = scatter;
     }
-    const QColor colour(seriesColours[run % 12]);
-    // Thin lines draw fast; a scatter marker has no border to paint over
-    // its neighbours.
-    series->setPen(series->type() == QAbstractSeries::SeriesTypeLine
-                       ? QPen(colour, count > 20000 ? 0 : 2)
-                       : QPen(Qt::NoPen));
-    series->setColor(colour);
     series->setName(runs[run].name);
     return series;
+}
+
+// Qt's light or dark theme, as the palette is, with the plot's own colours.
+void BlockPlot::applyTheme()
+{
+    const bool dark = palette().color(QPalette::Window).lightness() < 128;
+    chart()->setTheme(dark ? QChart::ChartThemeDark : QChart::ChartThemeLight);
+    for (size_t r = 0; r < runSeries.size(); ++r) {
+        QXYSeries* series = runSeries[r];
+        const bool clamped = series == clampedSeries;
+        const QColor colour(clamped ? 0xd62728 : seriesColours[r % 12]);
+        const qsizetype count = clamped ? clampedCount : runs[r].end - runs[r].begin;
+        // Thin lines draw fast; a scatter marker has no border to paint
+        // over its neighbours.
+        series->setPen(series->type() == QAbstractSeries::SeriesTypeLine
+                           ? QPen(colour, count > 20000 ? 0 : 2)
+                           : QPen(Qt::NoPen));
+        series->setColor(colour);
+    }
+    fitLegend(); // a theme brings its own fonts
+}
+
+void BlockPlot::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        applyTheme();
 }
 
 void BlockPlot::rebuildChart()
@@ -344,9 +363,6 @@ void BlockPlot::rebuildChart()
         c->removeAxis(axis);
         delete axis;
     }
-    // Before the series: a theme recolours those there are.
-    const bool dark = palette().color(QPalette::Window).lightness() < 128;
-    c->setTheme(dark ? QChart::ChartThemeDark : QChart::ChartThemeLight);
     view->setVisible(!points.empty());
     if (!points.empty()) {
         QAbstractAxis* xAxis = makeAxis(Qt::Horizontal);
@@ -374,8 +390,6 @@ void BlockPlot::addSeries(QAbstractAxis* xAxis, QAbstractAxis* yAxis)
         clampedSeries->setName(QString::fromUtf8("\u2264 0, not to scale"));
         clampedSeries->setMarkerShape(QScatterSeries::MarkerShapeTriangle);
         clampedSeries->setMarkerSize(9);
-        clampedSeries->setPen(Qt::NoPen);
-        clampedSeries->setColor(QColor(0xd62728));
         runSeries.push_back(clampedSeries);
     }
     for (QXYSeries* series : runSeries) {
@@ -383,6 +397,7 @@ void BlockPlot::addSeries(QAbstractAxis* xAxis, QAbstractAxis* yAxis)
         series->attachAxis(xAxis);
         series->attachAxis(yAxis);
     }
+    applyTheme();
     c->legend()->setVisible(runSeries.size() > 1);
     c->legend()->setAlignment(runSeries.size() > 4 ? Qt::AlignRight : Qt::AlignTop);
     // A click on a legend entry shows or hides its series.

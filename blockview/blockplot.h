@@ -67,6 +67,9 @@ public slots:
     void saveAs();
     void askRanges();
 
+protected:
+    void changeEvent(QEvent* event) override;
+
 private:
     struct Run {
         qsizetype begin, end;
@@ -81,6 +84,7 @@ private:
     void rebuildChart();
     void addSeries(QAbstractAxis* xAxis, QAbstractAxis* yAxis);
     QXYSeries* makeSeries(size_t run) const;
+    void applyTheme();
     QAbstractAxis* makeAxis(Qt::Orientation orientation) const;
     QString columnName(Qt::Orientation orientation) const;
     QString axisTitle(Qt::Orientation orientation) const;

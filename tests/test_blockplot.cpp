@@ -180,7 +180,7 @@ private slots:
 
     // Hertz (sliced from the page's text here) over the mode on a log axis,
     // rigid-body modes at their tiny values; resting on a point tells its
-    // values and line; the box turns the axis linear.
+    // values and line; the box turns the axis linear; a dark palette.
     void eigenvaluesOfTheSample()
     {
         SamplePage page(7);
@@ -200,6 +200,14 @@ private slots:
 
         page.plot->findChild<QCheckBox*>()->click();
         QVERIFY(qobject_cast<QValueAxis*>(axisOf(page.plot, Qt::Vertical)));
+
+        // A dark palette brings the dark theme; the series keep their colours.
+        QPalette dark;
+        dark.setColor(QPalette::Window, Qt::black);
+        const QColor colour = seriesOf(page.plot)->color();
+        page.plot->setPalette(dark);
+        QCOMPARE(page.plot->chart()->theme(), QChart::ChartThemeDark);
+        QCOMPARE(seriesOf(page.plot)->color(), colour);
     }
 
     void wrongPictures_data()
