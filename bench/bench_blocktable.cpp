@@ -1,22 +1,28 @@
 // Switches a long Mode Shapes page, made by the browser's own road, to its
 // table and its plot, and prints what a user waits for next to the goals:
-// the table's first rows, a numeric sort, the plot, a resize of the plot,
-// and the memory each step adds.
+// the table's first rows, Ctrl+End to its last row, a numeric and a text
+// sort, a CSV export, the plot, a resize of the plot, and the memory each
+// step adds. Repeated steps print the median of their runs.
 //
 //     bench_blocktable [LINES]      default: 1000000
 #include "benchsupport.h"
 #include "blockchartview.h"
 #include "blockpage.h"
+#include "blocktablemodel.h"
 #include "blocktableview.h"
+#include "blockview.h"
 #include "residentmemory.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QKeyEvent>
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <cstdio>
 #include <functional>
+#include <vector>
 
 namespace
 {
@@ -67,6 +73,72 @@ Step measured(Probe& probe, const std::function<void()>& action)
     return {double(timer.nsecsElapsed()) / 1e6, double(statusKiB("VmHWM:") - before) / 1024};
 }
 
+// The median of several runs of a measurement.
+double medianOf(int runs, const std::function<double()>& run)
+{
+    std::vector<double> figures;
+    for (int i = 0; i < runs; ++i)
+        figures.push_back(run());
+    std::sort(figures.begin(), figures.end());
+    return figures[figures.size() / 2];
+}
+
+void press(QWidget* widget, int key, Qt::KeyboardModifiers modifiers = {})
+{
+    QKeyEvent event(QEvent::KeyPress, key, modifiers);
+    QCoreApplication::sendEvent(widget, &event);
+}
+
+// From the top, Page Down (the baseline) and Ctrl+End, each to its paint.
+void walkTable(Probe& probe, BlockTableView* table)
+{
+    const auto top = [table] {
+        table->setCurrentIndex(table->model()->index(0, 0));
+        table->scrollToTop();
+        QCoreApplication::processEvents();
+    };
+    const auto fromTop = [&probe, &top, table](int key, Qt::KeyboardModifiers modifiers) {
+        return medianOf(5, [&] {
+            top();
+            return measured(probe, [&] { press(table, key, modifiers); }).ms;
+        });
+    };
+    const double page = fromTop(Qt::Key_PageDown, {});
+    row("Table: Page Down (baseline)", page, "ms", "(no goal)", true);
+    const double end = fromTop(Qt::Key_End, Qt::ControlModifier);
+    row("Table: Ctrl+End to the last row", end, "ms", "<= 100 ms", end <= 100);
+}
+
+// The page's lines cut in two, the ID and five components as one cell of
+// text, sorted by it; the numeric sort by dz above is its baseline.
+void sortWords(const BlockText& text)
+{
+    const BlockLayout halves = {2, 9, {5 + 5 * 18, 18}, {}}; // outlives the model
+    BlockTableModel model(text, halves);
+    const double ms = medianOf(5, [&model] {
+        QElapsedTimer timer;
+        timer.start();
+        model.sort(0);
+        return double(timer.nsecsElapsed()) / 1e6;
+    });
+    row("Sort by a text column", ms, "ms", "<= 1000 ms", ms <= 1000);
+}
+
+// Peak memory growth against the size of the file written.
+void exportTable(BlockTableView* table, const QString& path)
+{
+    const double x = medianOf(3, [&] {
+        resetPeak();
+        const qint64 before = statusKiB("VmRSS:");
+        QString error;
+        if (!table->exportCsv(path, error))
+            std::fprintf(stderr, "export failed: %s\n", qPrintable(error));
+        return double(statusKiB("VmHWM:") - before) * 1024 /
+               double(std::max<qint64>(1, QFile(path).size()));
+    });
+    row("Export CSV: memory growth", x, "x", "<= 0.1x the CSV", x <= 0.1);
+}
+
 BlockPage* openPage(const QString& path)
 {
     return openReportPage(path, QSize(1100, 700))->findChild<BlockPage*>();
@@ -107,6 +179,11 @@ int main(int argc, char** argv)
     const double perRow = sort.mb * 1048576 / double(lines);
     row("Sort by dz (numeric)", sort.ms, "ms", "<= 1000 ms", sort.ms <= 1000);
     row("Sort: memory growth a row", perRow, "B", "<= 16 B", perRow <= 16);
+    walkTable(probe, page->tableView());
+    page->tableView()->showLineOrder();
+    exportTable(page->tableView(), dir.filePath("table.csv"));
+    QFile::remove(dir.filePath("table.csv"));
+    sortWords(page->textView()->blockText());
 
     const Step plot = measured(probe, [&] {
         page->showView(BlockPage::Plot);

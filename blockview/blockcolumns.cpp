@@ -64,13 +64,31 @@ QString BlockColumns::cell(qsizetype line, int column) const
     return wideCell(line, column);
 }
 
-bool BlockColumns::number(qsizetype line, int column, double& value) const
+std::optional<double> BlockColumns::numberAt(qsizetype line, int column) const
 {
     // One look at the bytes: this runs for every row of a plot or a sort.
     const QByteArrayView bytes = text->lineView(line);
     if (text->isAsciiLine(line))
-        return count > 1 && fitsText(bytes) && parseNumber(asciiCell(bytes, column), value);
-    return fits(line) && parseNumber(wideCell(line, column).toUtf8(), value);
+        return count > 1 && fitsText(bytes) ? parseNumber(asciiCell(bytes, column)) : std::nullopt;
+    return fits(line) ? parseNumber(wideCell(line, column).toUtf8()) : std::nullopt;
+}
+
+bool BlockColumns::number(qsizetype line, int column, double& value) const
+{
+    const std::optional<double> found = numberAt(line, column);
+    if (found)
+        value = *found;
+    return found.has_value();
+}
+
+QByteArrayView BlockColumns::cellBytes(qsizetype line, int column, QByteArray& spare) const
+{
+    if (!fits(line))
+        return {};
+    if (text->isAsciiLine(line))
+        return asciiCell(text->lineView(line), column);
+    spare = wideCell(line, column).toUtf8();
+    return spare;
 }
 
 // A line that is not data, whole unless it is too long for a cell.
@@ -94,17 +112,54 @@ QString BlockColumns::wideCell(qsizetype line, int column) const
     return text->line(line).mid(starts[column], width(column)).trimmed();
 }
 
-bool BlockColumns::parseNumber(QByteArrayView text, double& value)
+std::optional<double> BlockColumns::parseNumber(QByteArrayView text)
 {
     text = trimmed(text);
-    if (text.startsWith('+'))
-        text = text.sliced(1);
+    // Checked here, so that from_chars sees a plain decimal number only.
     char buffer[64];
-    if (text.isEmpty() || text.size() >= qsizetype(sizeof buffer) || text.front() == '+')
-        return false;
-    for (qsizetype i = 0; i < text.size(); ++i)
-        buffer[i] = text[i] == 'D' || text[i] == 'd' ? 'E' : text[i];
-    const char* end = buffer + text.size();
-    const auto result = std::from_chars(buffer, end, value);
-    return result.ec == std::errc() && result.ptr == end;
+    if (text.isEmpty() || text.size() >= qsizetype(sizeof buffer) - 1)
+        return std::nullopt;
+    qsizetype at = 0, out = 0;
+    const auto take = [&] { buffer[out++] = text[at++]; };
+    const auto digits = [&] {
+        const qsizetype from = at;
+        while (at < text.size() && text[at] >= '0' && text[at] <= '9')
+            take();
+        return at - from;
+    };
+    const auto isSign = [&] { return at < text.size() && (text[at] == '+' || text[at] == '-'); };
+    if (isSign())
+        text[at] == '-' ? take() : void(++at);
+    qsizetype mantissa = digits();
+    if (at < text.size() && text[at] == '.') {
+        take();
+        mantissa += digits();
+    }
+    if (mantissa == 0)
+        return std::nullopt;
+    qsizetype exponentFrom = out;
+    if (at < text.size()) {
+        const char mark = text[at] | 0x20; // lower case
+        if (mark == 'e' || mark == 'd')
+            ++at;
+        else if (!isSign())
+            return std::nullopt;
+        buffer[out++] = 'e';
+        exponentFrom = out;
+        if (isSign())
+            take();
+        if (digits() == 0)
+            return std::nullopt;
+    }
+    if (at != text.size())
+        return std::nullopt;
+    double value = 0;
+    const auto result = std::from_chars(buffer, buffer + out, value);
+    if (result.ec == std::errc())
+        return value;
+    // Out of range. With so few digits only the exponent can take it there:
+    // too small to tell from zero is zero, too large is no number at all.
+    if (out == exponentFrom || buffer[exponentFrom] != '-')
+        return std::nullopt;
+    return buffer[0] == '-' ? -0.0 : 0.0;
 }

@@ -3,6 +3,9 @@
 #include <QByteArray>
 #include <QString>
 
+#include <functional>
+
+class QProgressDialog;
 class QWidget;
 
 // Writes what the block page saves (a table as CSV, a plot as a picture)
@@ -16,4 +19,18 @@ public:
     static bool write(const QString& path, const QByteArray& bytes, QString& error);
     // The same, with a warning on parent when it fails.
     static bool writeOrWarn(QWidget* parent, const QString& path, const QByteArray& bytes);
+
+    // Appends the next piece of a file to piece and sets how much of the
+    // whole is then done, 0 to 1; false once nothing is left.
+    using NextPiece = std::function<bool(QByteArray& piece, double& done)>;
+    // A file too large to hold whole, written a piece at a time; with a
+    // parent, under a progress dialog whose Cancel leaves no new file
+    // (false, error empty).
+    static bool write(QWidget* parent, const QString& label, const QString& path,
+                      const NextPiece& next, QString& error);
+    // The same, with a warning on parent when it fails.
+    static bool writeOrWarn(QWidget* parent, const QString& label, const QString& path,
+                            const NextPiece& next);
+    // Told of each progress dialog when it is made (tests cancel it).
+    static std::function<void(QProgressDialog&)> progressDialogMade;
 };

@@ -1,5 +1,7 @@
 #include "blockreader.h"
 
+#include "platform/memory.h"
+
 #include <QFile>
 #include <QIODevice>
 
@@ -198,12 +200,7 @@ qsizetype BlockReader::room(const char* data, qsizetype size, int cost)
 
 qint64 BlockReader::pageMemoryLimit()
 {
-    qint64 available = 0;
-    QFile meminfo("/proc/meminfo");
-    if (meminfo.open(QIODevice::ReadOnly))
-        for (const QByteArray& line : meminfo.readAll().split('\n'))
-            if (line.startsWith("MemAvailable:"))
-                available = line.mid(13).trimmed().split(' ').value(0).toLongLong() * 1024;
+    const qint64 available = platform::availableMemory();
     return std::clamp(available / 2, pageMemoryFloor, pageMemoryCeiling);
 }
 

@@ -1,7 +1,7 @@
 #include "blocktableview.h"
 
-#include "blockfilewriter.h"
 #include "blocktablemodel.h"
+#include "blockview.h"
 
 #include <QClipboard>
 #include <QContextMenuEvent>
@@ -9,6 +9,9 @@
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QMenu>
+#include <QMessageBox>
+
+#include <memory>
 
 BlockTableView::BlockTableView(const BlockText& text, const BlockLayout& layout, QWidget* parent)
     : QTableView(parent), cells(new BlockTableModel(text, layout, this))
@@ -18,13 +21,28 @@ BlockTableView::BlockTableView(const BlockText& text, const BlockLayout& layout,
     setModel(cells);
     setWordWrap(false);
     setAlternatingRowColors(true);
+    // Tab goes on to the next control; arrows walk the cells.
+    setTabKeyNavigation(false);
     // Fixed heights keep a million rows cheap: no row is ever measured.
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     horizontalHeader()->setSectionResizeMode(QHeaderView::Interactive);
-    // No sorting until the user asks: the text's own order first.
+    horizontalHeader()->setStretchLastSection(cells->noteColumn() >= 0);
+    // No sorting until the user asks: line order first, and again after a
+    // third click.
+    horizontalHeader()->setSortIndicatorClearable(true);
     horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
     setSortingEnabled(true);
     fitSections();
+}
+
+void BlockTableView::showEvent(QShowEvent* event)
+{
+    for (QWidget* w = parentWidget(); w; w = w->parentWidget())
+        if (!w->accessibleName().isEmpty()) {
+            setAccessibleName(w->accessibleName() + " table");
+            break;
+        }
+    QTableView::showEvent(event);
 }
 
 void BlockTableView::fitSections()
@@ -32,10 +50,9 @@ void BlockTableView::fitSections()
     const QFontMetrics metrics(font());
     verticalHeader()->setDefaultSectionSize(metrics.height() + 4);
     const int digit = metrics.horizontalAdvance('0');
-    const BlockColumns& cols = cells->columns();
-    for (int column = 0; column < cols.columnCount(); ++column) {
-        const int title = metrics.horizontalAdvance(cols.title(column));
-        setColumnWidth(column, qMax(cols.width(column) * digit, title + 2 * digit) + digit);
+    for (int column = 0; column < cells->columnCount(); ++column) {
+        const int title = metrics.horizontalAdvance(cells->text(-1, column));
+        setColumnWidth(column, qMax(cells->widthOf(column) * digit, title + 2 * digit) + digit);
     }
 }
 
@@ -46,16 +63,93 @@ void BlockTableView::changeEvent(QEvent* event)
         fitSections();
 }
 
+void BlockTableView::showLineOrder()
+{
+    sortByColumn(-1, Qt::AscendingOrder);
+}
+
+BlockFileWriter::NextPiece
+BlockTableView::pieces(std::function<void(int row, QByteArray&)> addRow) const
+{
+    constexpr int rowsAPiece = 1 << 12;
+    const int rows = cells->rowCount();
+    auto next = std::make_shared<int>(-1);
+    return [next, rows, addRow = std::move(addRow)](QByteArray& piece, double& done) {
+        const int end = qMin(rows, qMax(0, *next) + rowsAPiece);
+        for (; *next < end; ++*next)
+            addRow(*next, piece);
+        done = rows > 0 ? double(end) / rows : 1.0;
+        return end < rows;
+    };
+}
+
+BlockFileWriter::NextPiece BlockTableView::csvPieces() const
+{
+    return pieces([this](int row, QByteArray& out) { cells->appendCsv(row, row + 1, out); });
+}
+
+// The selected rows between the leftmost and the rightmost selected column;
+// bytes: about what they come to.
+BlockFileWriter::NextPiece BlockTableView::tabSeparatedPieces(const QItemSelection& selection,
+                                                              qint64* bytes) const
+{
+    auto rows = std::make_shared<std::vector<bool>>(size_t(cells->rowCount()), false);
+    int left = INT_MAX, right = -1;
+    qint64 rowCount = 0;
+    for (const QItemSelectionRange& range : selection) {
+        for (int row = range.top(); row <= range.bottom(); ++row)
+            rowCount += !(*rows)[size_t(row)];
+        std::fill(rows->begin() + range.top(), rows->begin() + range.bottom() + 1, true);
+        left = qMin(left, range.left());
+        right = qMax(right, range.right());
+    }
+    qint64 rowBytes = 0;
+    for (int column = left; column <= right; ++column)
+        rowBytes += cells->widthOf(column) + 1;
+    *bytes = rowCount * rowBytes;
+    return pieces([this, rows, selection, left, right](int row, QByteArray& out) {
+        if (row < 0 || (*rows)[size_t(row)])
+            out += cells->tabSeparatedRow(selection, row, left, right).toUtf8();
+    });
+}
+
+// As the text view does: what would crowd the clipboard goes to a file.
 void BlockTableView::copy()
 {
     const QItemSelection selection = selectionModel()->selection();
-    if (!selection.isEmpty())
-        QGuiApplication::clipboard()->setText(cells->tabSeparated(selection));
+    if (selection.isEmpty())
+        return;
+    qint64 bytes = 0;
+    const BlockFileWriter::NextPiece next = tabSeparatedPieces(selection, &bytes);
+    if (bytes > BlockView::copyLimit) {
+        saveCopy(next, bytes);
+        return;
+    }
+    QByteArray all;
+    double done;
+    while (next(all, done)) {
+    }
+    QGuiApplication::clipboard()->setText(QString::fromUtf8(all));
+}
+
+void BlockTableView::saveCopy(const BlockFileWriter::NextPiece& next, qint64 bytes)
+{
+    const QString size = QString::number(double(bytes) / (1 << 20), 'f', 0);
+    if (QMessageBox::question(this, "Copy",
+                              QString("The selection holds about %1 MB of text, too much for "
+                                      "the clipboard.\nSave it to a file instead?")
+                                  .arg(size),
+                              QMessageBox::Save | QMessageBox::Cancel,
+                              QMessageBox::Save) != QMessageBox::Save)
+        return;
+    const QString path = QFileDialog::getSaveFileName(this, "Save Selection");
+    if (!path.isEmpty())
+        BlockFileWriter::writeOrWarn(this, "Saving the selection", path, next);
 }
 
 bool BlockTableView::exportCsv(const QString& path, QString& error) const
 {
-    return BlockFileWriter::write(path, cells->csv(), error);
+    return BlockFileWriter::write(nullptr, QString(), path, csvPieces(), error);
 }
 
 void BlockTableView::exportCsvAs()
@@ -63,14 +157,7 @@ void BlockTableView::exportCsvAs()
     const QString path =
         QFileDialog::getSaveFileName(this, "Export CSV", QString(), "CSV files (*.csv)");
     if (!path.isEmpty())
-        BlockFileWriter::writeOrWarn(this, path, cells->csv());
-}
-
-void BlockTableView::selectAll()
-{
-    while (cells->canFetchMore({}))
-        cells->fetchMore({});
-    QTableView::selectAll();
+        BlockFileWriter::writeOrWarn(this, "Exporting the table", path, csvPieces());
 }
 
 void BlockTableView::keyPressEvent(QKeyEvent* event)
@@ -91,6 +178,8 @@ void BlockTableView::contextMenuEvent(QContextMenuEvent* event)
     copyAction->setShortcut(QKeySequence::Copy);
     copyAction->setEnabled(selectionModel()->hasSelection());
     menu.addAction("Select All", this, &QTableView::selectAll);
+    menu.addAction("Line Order", this, &BlockTableView::showLineOrder)
+        ->setEnabled(horizontalHeader()->sortIndicatorSection() >= 0);
     menu.addSeparator();
     menu.addAction("Export CSV…", this, &BlockTableView::exportCsvAs);
     menu.exec(event->globalPos());

@@ -219,20 +219,20 @@ const BlockText::LongLine& BlockText::longLine(qsizetype line) const
     return longLines.emplace(line, indexLine(lineView(line))).first->second;
 }
 
-BlockText::LongLine BlockText::indexLine(QByteArrayView bytes) const
+BlockText::LongLine BlockText::indexLine(QByteArrayView stored) const
 {
     LongLine index;
-    index.length = bytes.size();
-    if (isAscii(bytes))
+    index.length = stored.size();
+    if (isAscii(stored))
         return index;
     index.ascii = false;
     QString buffer(chunkBytes + 4, Qt::Uninitialized);
     qint64 column = 0;
-    for (qsizetype at = 0; at < bytes.size();) {
-        const qsizetype next = chunkStart(bytes, std::min(at + chunkBytes, bytes.size()));
+    for (qsizetype at = 0; at < stored.size();) {
+        const qsizetype next = chunkStart(stored, std::min(at + chunkBytes, stored.size()));
         index.chunkBytes.push_back(at);
         index.chunkColumns.push_back(column);
-        column += decodeChunk(bytes.sliced(at, next - at), buffer.data());
+        column += decodeChunk(stored.sliced(at, next - at), buffer.data());
         at = next;
     }
     index.length = column;
@@ -241,14 +241,14 @@ BlockText::LongLine BlockText::indexLine(QByteArrayView bytes) const
 
 QString BlockText::lineSlice(qsizetype line, qsizetype column, qsizetype length) const
 {
-    const QByteArrayView bytes = lineView(line);
+    const QByteArrayView stored = lineView(line);
     if (!isLong(line))
-        return QString::fromUtf8(bytes).mid(column, length);
+        return QString::fromUtf8(stored).mid(column, length);
     const LongLine& index = longLine(line);
     column = std::clamp<qsizetype>(column, 0, index.length);
     length = std::clamp<qsizetype>(length, 0, index.length - column);
     if (index.ascii)
-        return QString::fromLatin1(bytes.sliced(column, length));
+        return QString::fromLatin1(stored.sliced(column, length));
     // From the chunk holding the column, chunk by chunk, as the index counted.
     const auto& starts = index.chunkColumns;
     size_t chunk =
@@ -258,8 +258,8 @@ QString BlockText::lineSlice(qsizetype line, qsizetype column, qsizetype length)
     qsizetype filled = 0;
     for (; filled < skip + length && chunk < starts.size(); ++chunk) {
         const qint64 from = index.chunkBytes[chunk];
-        const qint64 to = chunk + 1 < starts.size() ? index.chunkBytes[chunk + 1] : bytes.size();
-        filled += decodeChunk(bytes.sliced(from, to - from), decoded.data() + filled);
+        const qint64 to = chunk + 1 < starts.size() ? index.chunkBytes[chunk + 1] : stored.size();
+        filled += decodeChunk(stored.sliced(from, to - from), decoded.data() + filled);
     }
     return decoded.mid(skip, length);
 }

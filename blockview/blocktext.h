@@ -83,7 +83,7 @@ private:
         std::vector<qint64> chunkColumns;
     };
     const LongLine& longLine(qsizetype line) const;
-    LongLine indexLine(QByteArrayView bytes) const;
+    LongLine indexLine(QByteArrayView stored) const;
 
     QByteArray bytes;
     std::vector<qint64> ends; // one past each line's last byte

@@ -17,7 +17,6 @@
 #include <QProgressDialog>
 #include <QScrollBar>
 #include <QStyle>
-#include <QTextBoundaryFinder>
 #include <QTextLayout>
 #include <QTimer>
 
@@ -31,11 +30,8 @@ constexpr int margin = 4; // left and right of the text, as in a text edit
 constexpr int topMargin = 2;
 constexpr int autoScrollMs = 50;
 constexpr qsizetype layoutCacheMin = 512;
-constexpr int runsInSight = 8; // runs kept laid out for each line in sight
-constexpr int tabColumns = 8;
+constexpr int runsInSight = 8;          // runs kept laid out for each line in sight
 constexpr qint64 findBarTextMax = 1024; // a selection taken into the find bar
-// Wider than any line, so that nothing wraps.
-constexpr qreal unlimitedWidth = qreal(INT_MAX / 256);
 
 QString shortcutText(QKeySequence::StandardKey key)
 {
@@ -72,6 +68,8 @@ BlockView::BlockView(QWidget* parent) : QAbstractScrollArea(parent)
     Q_UNUSED(accessible);
     setFocusPolicy(Qt::StrongFocus);
     viewport()->setCursor(Qt::IBeamCursor);
+    runs.setText(&text);
+    runs.setWidthListener([this] { scheduleRangeUpdate(); });
     updateMetrics();
 }
 
@@ -80,8 +78,8 @@ BlockView::~BlockView() = default;
 void BlockView::setBlockText(BlockText newText)
 {
     text = std::move(newText);
-    anchor = cursor = Pos{};
-    preferredX = -1;
+    runs.setText(&text);
+    caret = BlockCaret();
     verticalScrollBar()->setValue(0);
     horizontalScrollBar()->setValue(0);
     updateMetrics();
@@ -110,12 +108,36 @@ QString BlockView::textBetween(Pos from, Pos to) const
     const qsizetype last = std::min(to.line, text.lineCount() - 1);
     for (qsizetype line = from.line; line <= last; ++line) {
         const qsizetype start = line == from.line ? from.column : 0;
-        const qsizetype length = line == to.line ? to.column - start : LLONG_MAX / 2; // to its end
-        result += text.lineSlice(line, start, length);
+        const qsizetype end = line == to.line ? to.column : LLONG_MAX / 2; // to its end
+        forEachSlice(line, start, end, [&](const QString& piece) {
+            result += piece;
+            return true;
+        });
         if (line < to.line)
             result += QLatin1Char('\n');
     }
     return result;
+}
+
+qsizetype BlockView::pieceUnits = qsizetype(1) << 20;
+
+// A long line is never decoded whole: a copy would hold it twice over.
+bool BlockView::forEachSlice(qsizetype line, qsizetype from, qsizetype to,
+                             const std::function<bool(const QString&)>& sink) const
+{
+    const qsizetype units = std::max<qsizetype>(2, pieceUnits);
+    for (;;) {
+        const qsizetype wanted = std::min(units, to - from);
+        QString piece = text.lineSlice(line, from, wanted);
+        const bool last = piece.size() < wanted || wanted == to - from;
+        if (!last && piece.back().isHighSurrogate()) // not half a pair in each piece
+            piece.chop(1);
+        from += piece.size();
+        if (!sink(piece))
+            return false;
+        if (last)
+            return true;
+    }
 }
 
 // --- Geometry
@@ -158,24 +180,16 @@ QRect BlockView::lineRect(qsizetype line) const
 
 QRect BlockView::cursorRect() const
 {
-    const Pos at = clamped(cursor);
+    const Pos at = clamped(caret.cursor());
     return QRect(viewX(textLeft() + xOf(at)), lineTop(at.line), caretWidth(), lineSpacing);
 }
 
 void BlockView::updateMetrics()
 {
     lineSpacing = std::max(1, QFontMetrics(font()).lineSpacing());
-    // A column as a run is laid out, rounding and all, so that runs meet.
-    QTextLayout digits(QString(runColumns, QLatin1Char('0')), font(), viewport());
-    digits.beginLayout();
-    QTextLine row = digits.createLine();
-    row.setLineWidth(unlimitedWidth);
-    digits.endLayout();
-    columnWidth = std::max<qreal>(1, row.naturalTextWidth() / runColumns);
-    layouts.clear();
-    widest = 0;
+    runs.setFont(font(), viewport());
     if (text.longestLine() >= 0)
-        layoutOf(text.longestLine());
+        runs.layoutOf(text.longestLine());
     updateScrollBars();
     viewport()->update();
 }
@@ -184,6 +198,7 @@ void BlockView::updateScrollBars()
 {
     rangeUpdatePending = false;
     const int lines = visibleLines();
+    runs.setCacheLimit(std::max<qsizetype>(layoutCacheMin, runsInSight * lines));
     QScrollBar* vertical = verticalScrollBar();
     const qsizetype lastFirst = std::max<qsizetype>(0, text.lineCount() - lines);
     vertical->setRange(0, int(std::min<qsizetype>(lastFirst, INT_MAX)));
@@ -191,7 +206,8 @@ void BlockView::updateScrollBars()
     vertical->setSingleStep(1);
     QScrollBar* horizontal = horizontalScrollBar();
     const int width = viewport()->width();
-    const qreal over = std::max<qreal>(0, std::ceil(widest) + 2 * margin + caretWidth() - width);
+    const qreal over =
+        std::max<qreal>(0, std::ceil(runs.widest()) + 2 * margin + caretWidth() - width);
     const qreal scrolled = scrolledX();
     hScale = int(std::max<qreal>(1, std::ceil(over / (INT_MAX / 2))));
     horizontal->setRange(0, int(std::ceil(over / hScale)));
@@ -219,100 +235,17 @@ void BlockView::ensureVisible(Pos pos)
         horizontal->setValue(int(std::ceil((x - room) / hScale)));
 }
 
-// --- Layouts
-
-qsizetype BlockView::runCount(qsizetype line) const
-{
-    if (!text.isLong(line))
-        return 1;
-    return std::max<qsizetype>(1, (text.lineLength(line) + runColumns - 1) / runColumns);
-}
-
-// The run holding the place before a column; the last run holds the end.
-qsizetype BlockView::runOf(qsizetype line, qsizetype column) const
-{
-    return text.isLong(line) ? std::clamp<qsizetype>(column / runColumns, 0, runCount(line) - 1)
-                             : 0;
-}
-
-const QTextLayout& BlockView::layoutOf(qsizetype line, qsizetype run) const
-{
-    const auto key = std::make_pair(line, run);
-    const auto found = layouts.find(key);
-    if (found != layouts.end())
-        return *found->second;
-    if (qsizetype(layouts.size()) >=
-        std::max<qsizetype>(layoutCacheMin, runsInSight * visibleLines()))
-        layouts.clear();
-    return *layouts.emplace(key, makeLayout(line, run)).first->second;
-}
-
-std::unique_ptr<QTextLayout> BlockView::makeLayout(qsizetype line, qsizetype run) const
-{
-    const bool isLong = text.isLong(line);
-    QString shown = isLong ? text.lineSlice(line, runStart(run), runColumns) : text.line(line);
-    // Separators would break the line in two; in a long line a tab takes one
-    // column like every other character, or the runs would overlap.
-    for (QChar& c : shown)
-        if (c == QChar::LineSeparator || c == QChar::ParagraphSeparator)
-            c = QChar::ReplacementCharacter;
-        else if (isLong && c == QLatin1Char('\t'))
-            c = QLatin1Char(' ');
-    auto layout = std::make_unique<QTextLayout>(shown, font(), viewport());
-    QTextOption option;
-    option.setWrapMode(QTextOption::NoWrap);
-    option.setFlags(QTextOption::IncludeTrailingSpaces);
-    option.setTabStopDistance(tabColumns * QFontMetricsF(font()).horizontalAdvance(' '));
-    layout->setTextOption(option);
-    layout->setCacheEnabled(true);
-    layout->beginLayout();
-    QTextLine row = layout->createLine();
-    row.setLineWidth(unlimitedWidth);
-    row.setPosition(QPointF(0, 0));
-    layout->endLayout();
-    const qreal width = row.naturalTextWidth();
-    noteWidth(isLong ? std::max(runX(run) + width, text.lineLength(line) * columnWidth) : width);
-    return layout;
-}
-
 // The range of the horizontal scroll bar grows as wider lines come in sight;
 // it changes after the painting that found them.
-void BlockView::noteWidth(qreal width) const
+void BlockView::scheduleRangeUpdate()
 {
-    if (width <= widest)
-        return;
-    widest = width;
     if (rangeUpdatePending)
         return;
     rangeUpdatePending = true;
-    auto* self = const_cast<BlockView*>(this);
-    QTimer::singleShot(0, self, [self] {
-        if (self->rangeUpdatePending)
-            self->updateScrollBars();
+    QTimer::singleShot(0, this, [this] {
+        if (rangeUpdatePending)
+            updateScrollBars();
     });
-}
-
-qreal BlockView::xOf(Pos pos) const
-{
-    if (pos.line < 0 || pos.line >= text.lineCount())
-        return 0;
-    const qsizetype run = runOf(pos.line, pos.column);
-    const int column = int(pos.column - runStart(run));
-    return runX(run) + layoutOf(pos.line, run).lineAt(0).cursorToX(column);
-}
-
-// The column at x from the start of the text: in a long line, in the run
-// whose columns lie under x.
-qsizetype BlockView::columnAt(qsizetype line, qreal x, bool onCharacter) const
-{
-    const qreal span = runColumns * columnWidth;
-    const qsizetype run =
-        text.isLong(line)
-            ? qsizetype(std::clamp<qreal>(std::floor(x / span), 0, qreal(runCount(line) - 1)))
-            : 0;
-    const auto mode =
-        onCharacter ? QTextLine::CursorOnCharacter : QTextLine::CursorBetweenCharacters;
-    return runStart(run) + layoutOf(line, run).lineAt(0).xToCursor(x - runX(run), mode);
 }
 
 BlockView::Pos BlockView::posAt(const QPoint& point, bool onCharacter) const
@@ -321,7 +254,7 @@ BlockView::Pos BlockView::posAt(const QPoint& point, bool onCharacter) const
         return {};
     const qsizetype row = qsizetype(std::floor(double(point.y() - topMargin) / lineSpacing));
     const qsizetype line = std::clamp<qsizetype>(firstLine() + row, 0, text.lineCount() - 1);
-    return {line, columnAt(line, point.x() - textLeft(), onCharacter)};
+    return {line, runs.columnAt(line, point.x() - textLeft(), onCharacter)};
 }
 
 // --- Painting
@@ -344,34 +277,36 @@ void BlockView::paintLine(QPainter& painter, qsizetype line) const
     qsizetype first = 0;
     qsizetype last = 0;
     if (text.isLong(line)) {
-        const qreal span = runColumns * columnWidth;
+        const qreal span = BlockRunLayout::runColumns * runs.columnWidth();
         const qreal left = scrolledX() - margin;
         first = qsizetype(std::max<qreal>(0, std::floor(left / span) - 1));
-        last = std::min(runCount(line) - 1, qsizetype((left + viewport()->width()) / span) + 1);
+        last =
+            std::min(runs.runCount(line) - 1, qsizetype((left + viewport()->width()) / span) + 1);
     }
     for (qsizetype run = first; run <= last; ++run)
         paintRun(painter, line, run);
     const qreal top = lineTop(line);
     const Pos lineEnd{line, hasSelection() ? text.lineLength(line) : 0};
     if (hasSelection() && selectionStart().line <= line && line < selectionEnd().line &&
-        runOf(line, lineEnd.column) <= last) { // its line feed is selected too
+        runs.runOf(line, lineEnd.column) <= last) { // its line feed is selected too
         const auto group = hasFocus() ? QPalette::Active : QPalette::Inactive;
         const qreal x = textLeft() + xOf(lineEnd);
         const qreal blank = QFontMetricsF(font()).horizontalAdvance(' ');
         painter.fillRect(QRectF(x, top, blank, lineSpacing),
                          palette().brush(group, QPalette::Highlight));
     }
-    const qsizetype caretRun = runOf(line, cursor.column);
-    if (line == cursor.line && caretOn && hasFocus() && first <= caretRun && caretRun <= last)
-        layoutOf(line, caretRun)
-            .drawCursor(&painter, QPointF(textLeft() + runX(caretRun), top),
-                        int(cursor.column - runStart(caretRun)), caretWidth());
+    const Pos at = caret.cursor();
+    const qsizetype caretRun = runs.runOf(line, at.column);
+    if (line == at.line && caretOn && hasFocus() && first <= caretRun && caretRun <= last)
+        runs.layoutOf(line, caretRun)
+            .drawCursor(&painter, QPointF(textLeft() + runs.runX(caretRun), top),
+                        int(at.column - BlockRunLayout::runStart(caretRun)), caretWidth());
 }
 
 void BlockView::paintRun(QPainter& painter, qsizetype line, qsizetype run) const
 {
-    const QTextLayout& layout = layoutOf(line, run);
-    const qsizetype start = runStart(run);
+    const QTextLayout& layout = runs.layoutOf(line, run);
+    const qsizetype start = BlockRunLayout::runStart(run);
     const qsizetype end = start + layout.text().size();
     QVector<QTextLayout::FormatRange> selections;
     const Pos from = selectionStart();
@@ -387,7 +322,7 @@ void BlockView::paintRun(QPainter& painter, qsizetype line, qsizetype run) const
         range.format.setForeground(palette().brush(group, QPalette::HighlightedText));
         selections.append(range);
     }
-    layout.draw(&painter, QPointF(textLeft() + runX(run), lineTop(line)), selections);
+    layout.draw(&painter, QPointF(textLeft() + runs.runX(run), lineTop(line)), selections);
 }
 
 void BlockView::scrollContentsBy(int, int)
@@ -411,40 +346,27 @@ void BlockView::changeEvent(QEvent* event)
 
 // --- Cursor and selection
 
-BlockView::Pos BlockView::clamped(Pos pos) const
+void BlockView::setCaret(const BlockCaret& next)
 {
-    const qsizetype count = text.lineCount();
-    if (count == 0)
-        return {};
-    if (pos.line >= count)
-        return {count - 1, text.lineLength(count - 1)};
-    return pos;
-}
-
-void BlockView::setAnchorAndCursor(Pos newAnchor, Pos newCursor)
-{
-    const Pos oldAnchor = anchor;
-    const Pos oldCursor = cursor;
-    anchor = newAnchor;
-    cursor = newCursor;
-    if (anchor == oldAnchor && cursor == oldCursor)
+    const BlockCaret old = caret;
+    caret = next;
+    if (caret == old)
         return;
     viewport()->update();
     restartBlinking();
-    announce(oldAnchor, oldCursor);
+    announce(old);
 }
 
 void BlockView::moveCursor(Pos to, bool keepAnchor)
 {
-    setAnchorAndCursor(keepAnchor ? anchor : to, to);
+    setCaret(caret.placed(to, keepAnchor));
     ensureVisible(to);
 }
 
 void BlockView::selectAll()
 {
-    // Through the last line feed, so that a copy gives the whole text.
     if (text.lineCount() > 0)
-        setAnchorAndCursor({}, {text.lineCount(), 0});
+        setCaret(BlockCaret::all(text));
 }
 
 qint64 BlockView::copyLimit = qint64(64) << 20;
@@ -476,22 +398,20 @@ qint64 BlockView::bytesBetween(Pos from, Pos to) const
     return (end.data() + end.size() - first.data()) + (last - from.line) + (to.line > last);
 }
 
-bool BlockView::forEachSelectedPiece(
-    const std::function<bool(QByteArrayView, qsizetype)>& sink) const
+bool BlockView::forEachSelectedPiece(const std::function<bool(QByteArrayView)>& sink) const
 {
     const Pos from = selectionStart();
     const Pos to = selectionEnd();
     const qsizetype last = std::min(to.line, text.lineCount() - 1);
     for (qsizetype line = from.line; line <= last; ++line) {
-        const bool whole = (line != from.line || from.column == 0) &&
-                           (line != to.line || to.column >= text.lineLength(line));
-        const QByteArray part =
-            whole ? QByteArray()
-                  : textBetween({line, line == from.line ? from.column : 0},
-                                {line, line == to.line ? to.column : text.lineLength(line)})
-                        .toUtf8();
-        if (!sink(whole ? text.lineView(line) : QByteArrayView(part), line) ||
-            (line < to.line && !sink("\n", line)))
+        const qsizetype start = line == from.line ? from.column : 0;
+        const qsizetype end = line == to.line ? to.column : text.lineLength(line);
+        const bool whole = start == 0 && end >= text.lineLength(line);
+        const bool sent = whole ? sink(text.lineView(line))
+                                : forEachSlice(line, start, end, [&](const QString& piece) {
+                                      return sink(piece.toUtf8());
+                                  });
+        if (!sent || (line < to.line && !sink("\n")))
             return false;
     }
     return true;
@@ -503,7 +423,7 @@ void BlockView::saveSelection()
 {
     const QString size = QString::number(double(selectionBytes()) / (1 << 20), 'f', 0);
     if (QMessageBox::question(this, tr("Copy"),
-                              tr("The selection holds %1 MB of text, too much for the "
+                              tr("The selection holds %1 MiB of text, too much for the "
                                  "clipboard.\nSave it to a file instead?")
                                   .arg(size),
                               QMessageBox::Save | QMessageBox::Cancel,
@@ -515,106 +435,52 @@ void BlockView::saveSelection()
     platform::FileReplacement file(QFile::encodeName(path).toStdString());
     QProgressDialog progress(tr("Saving the selection"), tr("Cancel"), 0, 1000, this);
     progress.setWindowModality(Qt::WindowModal);
-    const qsizetype first = selectionStart().line;
-    const double lines = double(std::max<qsizetype>(1, selectionEnd().line - first));
-    QByteArray chunk;
-    const bool done = forEachSelectedPiece([&](QByteArrayView piece, qsizetype line) {
-        chunk.append(piece);
-        if (chunk.size() < (1 << 20))
-            return true;
-        progress.setValue(int(1000 * (line - first) / lines));
-        const bool written =
-            !progress.wasCanceled() && file.write(chunk.constData(), size_t(chunk.size()));
-        chunk.clear();
-        return written;
-    });
+    const bool done = writeSelection(file, progress);
     if (progress.wasCanceled())
         return;
-    if (!done || !file.write(chunk.constData(), size_t(chunk.size())) || !file.commit())
+    if (!done || !file.commit())
         QMessageBox::warning(this, tr("Save Selection"),
                              tr("%1 cannot be written:\n%2")
                                  .arg(path, QString::fromLocal8Bit(file.error().c_str())));
 }
 
-BlockView::Pos BlockView::moved(Pos from, Move move) const
+// A megabyte at a time, short lines gathered, a long one in parts, so that
+// neither is held whole and Cancel is heard between any two writes.
+bool BlockView::writeSelection(platform::FileReplacement& file, QProgressDialog& progress) const
 {
-    const qsizetype last = text.lineCount() - 1;
-    if (last < 0)
-        return {};
-    const Pos at = clamped(from);
-    switch (move) {
-    case Move::Left:
-    case Move::Right:
-        return stepped(at, move == Move::Right, false);
-    case Move::WordLeft:
-    case Move::WordRight:
-        return stepped(at, move == Move::WordRight, true);
-    case Move::Up:
-    case Move::Down:
-        return besideLine(at, move == Move::Up ? -1 : 1);
-    case Move::PageUp:
-    case Move::PageDown:
-        return besideLine(at, move == Move::PageUp ? -visibleLines() : visibleLines());
-    case Move::LineStart:
-        return {at.line, 0};
-    case Move::LineEnd:
-        return {at.line, text.lineLength(at.line)};
-    case Move::Start:
-        return {};
-    case Move::End:
-        return {last, text.lineLength(last)};
-    case Move::LastLine:
-        return {last, 0};
-    }
-    return at;
-}
-
-// One character (a whole cluster) or word on, crossing line ends.
-BlockView::Pos BlockView::stepped(Pos from, bool forward, bool words) const
-{
-    const auto mode = words ? QTextLayout::SkipWords : QTextLayout::SkipCharacters;
-    if (forward && from.column < text.lineLength(from.line)) {
-        const qsizetype run = runOf(from.line, from.column);
-        const qsizetype start = runStart(run);
-        const QTextLayout& layout = layoutOf(from.line, run);
-        return {from.line, start + layout.nextCursorPosition(int(from.column - start), mode)};
-    }
-    if (!forward && from.column > 0) {
-        const qsizetype run = runOf(from.line, from.column - 1);
-        const qsizetype start = runStart(run);
-        const QTextLayout& layout = layoutOf(from.line, run);
-        return {from.line, start + layout.previousCursorPosition(int(from.column - start), mode)};
-    }
-    if (forward)
-        return from.line + 1 < text.lineCount() ? Pos{from.line + 1, 0} : from;
-    return from.line > 0 ? Pos{from.line - 1, text.lineLength(from.line - 1)} : from;
-}
-
-BlockView::Pos BlockView::besideLine(Pos from, qsizetype lines) const
-{
-    const qsizetype line = std::clamp<qsizetype>(from.line + lines, 0, text.lineCount() - 1);
-    const qreal x = preferredX >= 0 ? preferredX : xOf(from);
-    return {line, columnAt(line, x)};
+    constexpr qsizetype part = qsizetype(1) << 20;
+    const double total = double(std::max<qint64>(1, selectionBytes()));
+    qint64 written = 0;
+    const auto write = [&](QByteArrayView bytes) {
+        for (qsizetype at = 0; at < bytes.size(); at += part) {
+            progress.setValue(int(1000 * (written / total)));
+            const qsizetype size = std::min(part, bytes.size() - at);
+            if (progress.wasCanceled() || !file.write(bytes.data() + at, size_t(size)))
+                return false;
+            written += size;
+        }
+        return true;
+    };
+    QByteArray chunk;
+    const bool done = forEachSelectedPiece([&](QByteArrayView piece) {
+        if (chunk.size() + piece.size() < part) {
+            chunk.append(piece);
+            return true;
+        }
+        const bool fine = write(chunk) && write(piece);
+        chunk.clear();
+        return fine;
+    });
+    return done && write(chunk);
 }
 
 void BlockView::selectWordAt(const QPoint& point)
 {
     if (text.lineCount() == 0)
         return;
-    const Pos at = posAt(point, true);
-    qsizetype offset = 0;
-    const QString line = text.lineAround(at.line, at.column, offset);
-    if (line.isEmpty())
-        return;
-    // The boundary item holding the character under the pointer.
-    const int column = int(std::min<qsizetype>(at.column - offset, line.size() - 1));
-    QTextBoundaryFinder finder(QTextBoundaryFinder::Word, line);
-    finder.setPosition(column + 1);
-    const qsizetype start = std::max<qsizetype>(0, finder.toPreviousBoundary());
-    finder.setPosition(column);
-    const qsizetype end = finder.toNextBoundary();
-    setAnchorAndCursor({at.line, offset + start},
-                       {at.line, offset + (end < 0 ? line.size() : end)});
+    const BlockCaret word = BlockCaret::wordAt(text, posAt(point, true));
+    if (word.hasSelection())
+        setCaret(word);
 }
 
 int BlockView::offsetOf(Pos pos) const
@@ -635,22 +501,21 @@ BlockView::Pos BlockView::posOf(qsizetype offset) const
 
 // Tells assistive technology, as a text edit does; only when one listens,
 // since the first offset asked for costs a pass over the text.
-void BlockView::announce(Pos oldAnchor, Pos oldCursor)
+void BlockView::announce(const BlockCaret& old)
 {
-    const bool selectionMoved = std::min(oldAnchor, oldCursor) != selectionStart() ||
-                                std::max(oldAnchor, oldCursor) != selectionEnd();
+    const bool selectionMoved = old.start() != selectionStart() || old.end() != selectionEnd();
     if (selectionMoved)
         emit selectionChanged();
     if (!QAccessible::isActive())
         return;
-    const int position = offsetOf(cursor);
+    const int position = offsetOf(caret.cursor());
     if (selectionMoved) {
         QAccessibleTextSelectionEvent event(this, offsetOf(selectionStart()),
                                             offsetOf(selectionEnd()));
         event.setCursorPosition(position);
         QAccessible::updateAccessibility(&event);
     }
-    if (oldCursor != cursor) {
+    if (old.cursor() != caret.cursor()) {
         QAccessibleTextCursorEvent event(this, position);
         QAccessible::updateAccessibility(&event);
     }
@@ -755,17 +620,7 @@ bool BlockView::handleNavigationKey(QKeyEvent* event)
 
 void BlockView::navigate(Move move, bool select)
 {
-    const bool vertical = move >= Move::Up && move <= Move::PageDown;
-    if (!vertical)
-        preferredX = -1;
-    else if (preferredX < 0)
-        preferredX = xOf(clamped(cursor));
-    // An arrow without Shift leaves a selection at the side it points to.
-    if (!select && hasSelection() && (move == Move::Left || move == Move::Right)) {
-        const Pos side = clamped(move == Move::Left ? selectionStart() : selectionEnd());
-        moveCursor(side, false);
-        return;
-    }
+    const BlockCaret next = caret.moved(move, select, runs, visibleLines());
     // The view scrolls at once, the caret follows: a line a step, a page a
     // page; a selection grown by Shift+arrows only follows its caret.
     const bool line = move == Move::Up || move == Move::Down;
@@ -774,7 +629,8 @@ void BlockView::navigate(Move move, bool select)
         QScrollBar* vertical = verticalScrollBar();
         vertical->setValue(vertical->value() + back * (line ? 1 : visibleLines()));
     }
-    moveCursor(moved(cursor, move), select);
+    setCaret(next);
+    ensureVisible(next.cursor());
 }
 
 bool BlockView::handleCommandKey(QKeyEvent* event)
@@ -804,7 +660,6 @@ void BlockView::mousePressEvent(QMouseEvent* event)
         QAbstractScrollArea::mousePressEvent(event);
         return;
     }
-    preferredX = -1;
     dragging = true;
     moveCursor(posAt(event->position().toPoint()), event->modifiers() & Qt::ShiftModifier);
 }

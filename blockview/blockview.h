@@ -1,18 +1,21 @@
 #pragma once
 
+#include "blockcaret.h"
+#include "blockrunlayout.h"
 #include "blocktext.h"
 
 #include <QAbstractScrollArea>
 #include <QBasicTimer>
 
-#include <algorithm>
 #include <functional>
-#include <map>
-#include <memory>
 
 class BlockViewFindBar;
 class QMenu;
-class QTextLayout;
+class QProgressDialog;
+namespace platform
+{
+class FileReplacement;
+}
 
 // A read-only view of a block's text that paints only the lines in sight,
 // so that a million lines open at once and scroll without delay. Fixed
@@ -46,6 +49,8 @@ public:
     // Above this many bytes a copy of the selection is offered as a file
     // instead: the clipboard would hold the text several times over.
     static qint64 copyLimit;
+    // A line is copied or saved this many UTF-16 units at a time.
+    static qsizetype pieceUnits;
 
 public slots:
     // Through the last line feed, so that a copy gives toPlainText().
@@ -74,33 +79,8 @@ protected:
 private:
     friend class BlockViewAccessible;
 
-    // A place between characters: a line and a UTF-16 column in it. The
-    // very end of the text, behind the last line feed, is (lineCount, 0).
-    struct Pos {
-        qsizetype line = 0;
-        qsizetype column = 0;
-        bool operator==(const Pos& o) const { return line == o.line && column == o.column; }
-        bool operator!=(const Pos& o) const { return !(*this == o); }
-        bool operator<(const Pos& o) const
-        {
-            return line < o.line || (line == o.line && column < o.column);
-        }
-    };
-    enum class Move {
-        Left,
-        Right,
-        WordLeft,
-        WordRight,
-        Up,
-        Down,
-        PageUp,
-        PageDown,
-        LineStart,
-        LineEnd,
-        Start,
-        End,
-        LastLine // the start of the last line: End alone, as in a read-only view
-    };
+    using Pos = BlockCaret::Pos;
+    using Move = BlockCaret::Move;
 
     // Geometry: lines scroll whole, one scroll bar step a line; sideways a
     // step is hScale pixels, so that a line wider than the scroll bar's
@@ -115,45 +95,36 @@ private:
     void updateScrollBars();
     void ensureVisible(Pos pos);
 
-    // A line is laid out in runs: a short one as one run, a long one in
-    // runs of runColumns units, each placed as if every unit took a column
-    // of the fixed-pitch font, so that only the runs in sight are ever laid
-    // out or painted. Each run in sight is laid out once and kept while it
-    // stays near.
-    static constexpr qsizetype runColumns = 1024;
-    qsizetype runCount(qsizetype line) const;
-    qsizetype runOf(qsizetype line, qsizetype column) const;
-    static qsizetype runStart(qsizetype run) { return run * runColumns; }
-    qreal runX(qsizetype run) const { return qreal(run) * runColumns * columnWidth; }
-    const QTextLayout& layoutOf(qsizetype line, qsizetype run = 0) const;
-    std::unique_ptr<QTextLayout> makeLayout(qsizetype line, qsizetype run) const;
-    void noteWidth(qreal width) const;
-    qreal xOf(Pos pos) const;
-    qsizetype columnAt(qsizetype line, qreal x, bool onCharacter = false) const;
+    qreal xOf(Pos pos) const { return BlockCaret::xOf(runs, pos); }
     Pos posAt(const QPoint& point, bool onCharacter = false) const;
     void paintLine(QPainter& painter, qsizetype line) const;
     void paintRun(QPainter& painter, qsizetype line, qsizetype run) const;
 
-    // The cursor and the selection between the anchor and it.
-    Pos clamped(Pos pos) const;
-    Pos selectionStart() const { return std::min(anchor, cursor); }
-    Pos selectionEnd() const { return std::max(anchor, cursor); }
-    bool hasSelection() const { return anchor != cursor; }
+    // The caret and the selection.
+    Pos clamped(Pos pos) const { return BlockCaret::clamped(text, pos); }
+    Pos selectionStart() const { return caret.start(); }
+    Pos selectionEnd() const { return caret.end(); }
+    bool hasSelection() const { return caret.hasSelection(); }
     QString textBetween(Pos from, Pos to) const;
+    // [from, to) of a line to sink in pieces of pieceUnits; false when it says stop.
+    bool forEachSlice(qsizetype line, qsizetype from, qsizetype to,
+                      const std::function<bool(const QString&)>& sink) const;
     // The selection's size in bytes, without making its text.
     qint64 selectionBytes() const;
     qint64 bytesBetween(Pos from, Pos to) const;
-    // The selection as UTF-8, a line at a time, to sink; false when it says stop.
-    bool
-    forEachSelectedPiece(const std::function<bool(QByteArrayView, qsizetype line)>& sink) const;
+    // The selection as UTF-8, a line or a piece at a time, to sink; false
+    // when it says stop.
+    bool forEachSelectedPiece(const std::function<bool(QByteArrayView)>& sink) const;
     void saveSelection();
-    void setAnchorAndCursor(Pos newAnchor, Pos newCursor);
+    bool writeSelection(platform::FileReplacement& file, QProgressDialog& progress) const;
+    void setCaret(const BlockCaret& next);
+    void setAnchorAndCursor(Pos newAnchor, Pos newCursor)
+    {
+        setCaret(BlockCaret(newAnchor, newCursor));
+    }
     void moveCursor(Pos to, bool keepAnchor);
-    Pos moved(Pos from, Move move) const;
-    Pos stepped(Pos from, bool forward, bool words) const;
-    Pos besideLine(Pos from, qsizetype lines) const;
     void selectWordAt(const QPoint& point);
-    void announce(Pos oldAnchor, Pos oldCursor);
+    void announce(const BlockCaret& old);
     // Character offsets into toPlainText(), for assistive technology.
     int offsetOf(Pos pos) const;
     Pos posOf(qsizetype offset) const;
@@ -177,16 +148,15 @@ private:
     void findAgain(bool backward);
     void closeFindBar();
 
+    void scheduleRangeUpdate();
+
     BlockText text;
-    Pos anchor;
-    Pos cursor;
-    qreal preferredX = -1; // kept over up and down moves
+    BlockCaret caret;
+    // Laid out as painted, hit or stepped over, and kept: a cache.
+    mutable BlockRunLayout runs;
     int lineSpacing = 1;
-    qreal columnWidth = 1; // a unit of a long line
     int hScale = 1;
-    mutable qreal widest = 0; // the widest line laid out so far
-    mutable bool rangeUpdatePending = false;
-    mutable std::map<std::pair<qsizetype, qsizetype>, std::unique_ptr<QTextLayout>> layouts;
+    bool rangeUpdatePending = false;
     bool dragging = false;
     QPoint dragPoint;
     QBasicTimer scrollTimer;

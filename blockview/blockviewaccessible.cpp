@@ -88,7 +88,7 @@ void BlockViewAccessible::addSelection(int startOffset, int endOffset)
 void BlockViewAccessible::removeSelection(int index)
 {
     if (index == 0)
-        view()->setAnchorAndCursor(view()->cursor, view()->cursor);
+        view()->setAnchorAndCursor(view()->caret.cursor(), view()->caret.cursor());
 }
 
 void BlockViewAccessible::setSelection(int index, int startOffset, int endOffset)
@@ -99,7 +99,7 @@ void BlockViewAccessible::setSelection(int index, int startOffset, int endOffset
 
 int BlockViewAccessible::cursorPosition() const
 {
-    return view()->offsetOf(view()->cursor);
+    return view()->offsetOf(view()->caret.cursor());
 }
 
 void BlockViewAccessible::setCursorPosition(int position)

@@ -5,7 +5,7 @@
 //   whole through the same pieces, and with QString::fromUtf8 when the bytes
 //   are valid UTF-8;
 // - a search for a piece of the line, on or back from any place, finds
-//   what QString finds in the line decoded whole.
+//   what QString finds in the line decoded whole, tabs as blanks.
 //
 // Input: the first two bytes choose a slice (where, how long), the rest is
 // repeated into the line.
@@ -50,14 +50,17 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     // From a place of the input's choosing, as QString finds it in the
     // whole line; a search wraps around the line once. QString's own search
     // back from the end would also match its terminating NUL: it starts
-    // where a whole needle fits.
+    // where a whole needle fits. A tab shows as a blank in a long line, and
+    // is found as one.
     const BlockViewSearch search(text, needle, Qt::CaseSensitive);
+    const QString shown = QString(whole).replace('\t', ' ');
+    const QString sought = QString(needle).replace('\t', ' ');
     const qsizetype from = qsizetype(data[1]) * length / 256;
     const qsizetype lastFit = length - needle.size();
-    qsizetype ahead = whole.indexOf(needle, from);
-    qsizetype back = from > 0 ? whole.lastIndexOf(needle, std::min(from - 1, lastFit)) : -1;
-    ahead = ahead >= 0 ? ahead : whole.indexOf(needle);
-    back = back >= 0 ? back : whole.lastIndexOf(needle, lastFit);
+    qsizetype ahead = shown.indexOf(sought, from);
+    qsizetype back = from > 0 ? shown.lastIndexOf(sought, std::min(from - 1, lastFit)) : -1;
+    ahead = ahead >= 0 ? ahead : shown.indexOf(sought);
+    back = back >= 0 ? back : shown.lastIndexOf(sought, lastFit);
     const BlockViewSearch::Hit forward = search.find(0, from, false);
     require(forward.line == 0 && forward.column == ahead, "found forward where QString finds it");
     const BlockViewSearch::Hit backward = search.find(0, from, true);

@@ -1,8 +1,11 @@
 // The block page: which lines the reader keeps and when it reports progress,
-// and the view driven through its keys, mouse, find bar, clipboard and
-// accessible text.
+// where its runs put characters, how its caret steps, and the view driven through its keys, mouse,
+// find bar, clipboard and accessible text.
+#include "blockcaret.h"
 #include "blockreader.h"
+#include "blockrunlayout.h"
 #include "blockview.h"
+#include "blockviewsearch.h"
 #include "dialoganswerer.h"
 #include "scratchdir.h"
 
@@ -21,9 +24,26 @@ BlockText readBytes(QByteArray bytes, int header, QList<QByteArray>& skipped,
     return reader.read(buffer, buffer.size());
 }
 
-// Tabs, a combining accent, wide letters and cases to find beside plain lines.
-const QString sample = "alpha beta\tgamma\nse\u0301cond \uFF57\uFF49\uFF44\uFF45 line\nthird one\n"
+// Tabs, a combining accent, a clef (a pair of units), wide letters and cases to find beside
+// plain lines.
+const QString sample = "alpha beta\tgamma\nse\u0301cond \U0001D11E\uFF44\uFF45 line\nthird one\n"
                        "abc Mode\nmode x MODE\nGr\u00F6\u00DFe kelvin\n";
+
+// Long lines (over 16 KiB) with a tab, a pair of units and accents, between
+// short ones, an empty one and a short one with a tab.
+const BlockText lines = BlockText::fromString(
+    "alpha beta\n\n" + QString(3000, 'a') + "\t" + QString(17000, 'b') + "\nx\U0001F600" +
+    QString(4000, QChar(0xE9)) + "\t" + QString(4999, QChar(0xE9)) +
+    "\nab\tc\nlast\nGr\u00FC\u00DFe x\nplain x\n\u00E7\u00E0 x \u00E7a\n");
+
+// The page's font, and a run layout of the lines in it.
+struct Runs : BlockRunLayout {
+    Runs()
+    {
+        setText(&lines);
+        setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    }
+};
 
 // At the browser's size, in a font that is not the interface's.
 struct Page {
@@ -124,6 +144,102 @@ private slots:
         QCOMPARE(text.line(kept - 1), pattern.last());
     }
 
+    void runs_data()
+    {
+        QTest::addColumn<qsizetype>("line");
+        QTest::addColumn<qsizetype>("column");
+        QTest::addColumn<qsizetype>("run");
+        QTest::addColumn<int>("x"); // in columns
+        // clang-format off
+        QTest::newRow("empty line")           << qsizetype(1) << qsizetype(0)     << qsizetype(0)  << 0;
+        QTest::newRow("tab in a short line")  << qsizetype(4) << qsizetype(3)     << qsizetype(0)  << 8;
+        QTest::newRow("a run's last column")  << qsizetype(2) << qsizetype(1023)  << qsizetype(0)  << 1023;
+        QTest::newRow("the next run's first") << qsizetype(2) << qsizetype(1024)  << qsizetype(1)  << 1024;
+        QTest::newRow("after a long line's tab") << qsizetype(2) << qsizetype(3001) << qsizetype(2) << 3001;
+        QTest::newRow("a long line's end")    << qsizetype(2) << qsizetype(20001) << qsizetype(19) << 20001;
+        QTest::newRow("accents past an edge") << qsizetype(3) << qsizetype(1025)  << qsizetype(1)  << 1025;
+        // clang-format on
+    }
+
+    // Every unit of a long line takes a column, a tab too; a place and its x lead to each other.
+    void runs()
+    {
+        QFETCH(qsizetype, line);
+        QFETCH(qsizetype, column);
+        Runs runs;
+        const qreal x = runs.xOf(line, column);
+        QTEST(runs.runOf(line, column), "run");
+        QTEST(qRound(x / runs.columnWidth()), "x");
+        QCOMPARE(runs.columnAt(line, x), column);
+        QCOMPARE(runs.columnAt(line, x + 1e6 * runs.columnWidth()), lines.lineLength(line));
+    }
+
+    void caret_data()
+    {
+        // Moves from a place ("S" before one: with Shift; "All": select all, "Word": the word
+        // at the caret): where the anchor and the caret end, as line and column each.
+        using P = QList<qsizetype>;
+        QTest::addColumn<P>("from");
+        QTest::addColumn<QString>("moves");
+        QTest::addColumn<P>("to");
+        // clang-format off
+        QTest::newRow("over a run's edge")     << P{2, 1023} << "Right"            << P{2, 1024, 2, 1024};
+        QTest::newRow("back over it")          << P{2, 1025} << "Left,Left"        << P{2, 1023, 2, 1023};
+        QTest::newRow("accents over an edge")  << P{3, 1022} << "Right,Right,Left" << P{3, 1023, 3, 1023};
+        QTest::newRow("a pair is one step")    << P{3, 1}    << "Right,Right,Left" << P{3, 3, 3, 3};
+        QTest::newRow("words")                 << P{0, 0}    << "WordRight,Right,WordLeft" << P{0, 6, 0, 6};
+        QTest::newRow("over line ends")        << P{0, 10}   << "Right,Right"      << P{2, 0, 2, 0};
+        QTest::newRow("back over an empty line") << P{2, 0}  << "Left,Left"        << P{0, 10, 0, 10};
+        QTest::newRow("held at the start")     << P{0, 0}    << "Left,WordLeft,Up,PageUp" << P{0, 0, 0, 0};
+        QTest::newRow("held at the end")       << P{8, 7}    << "Down,WordRight,Right" << P{8, 7, 8, 7};
+        QTest::newRow("down keeps its x")      << P{0, 5}    << "Down,Down"        << P{2, 5, 2, 5};
+        QTest::newRow("past short lines and back") << P{2, 5000} << "Down,Down,Down,Up,Up,Up" << P{2, 5000, 2, 5000};
+        QTest::newRow("a page short of the end") << P{6, 1}  << "PageDown"         << P{8, 1, 8, 1};
+        QTest::newRow("pages back")            << P{4, 2}    << "PageUp,PageUp"    << P{0, 2, 0, 2};
+        QTest::newRow("line end and start")    << P{2, 5}    << "LineEnd,SLineStart" << P{2, 20001, 2, 0};
+        QTest::newRow("end, last line, start") << P{3, 7}    << "End,SLastLine,SStart" << P{8, 7, 0, 0};
+        QTest::newRow("selected over an edge") << P{2, 1022} << "SRight,SRight,SRight" << P{2, 1022, 2, 1025};
+        QTest::newRow("over lines, collapsed") << P{0, 2}    << "SDown,SDown,Left" << P{0, 2, 0, 2};
+        QTest::newRow("all, then to its end")  << P{3, 3}    << "All,Right"        << P{8, 7, 8, 7};
+        QTest::newRow("a word, from its start") << P{0, 6}   << "Word"             << P{0, 6, 0, 10};
+        // clang-format on
+    }
+
+    void caret()
+    {
+        QFETCH(QList<qsizetype>, from);
+        QFETCH(QString, moves);
+        const QStringList names{"Left",  "Right",  "WordLeft", "WordRight", "Up",
+                                "Down",  "PageUp", "PageDown", "LineStart", "LineEnd",
+                                "Start", "End",    "LastLine"}; // in Move's order
+        Runs runs;
+        BlockCaret caret({from[0], from[1]}, {from[0], from[1]});
+        for (const QString& move : moves.split(',')) {
+            if (move == "All" || move == "Word")
+                caret = move == "All" ? BlockCaret::all(lines)
+                                      : BlockCaret::wordAt(lines, caret.cursor());
+            else
+                caret = caret.moved(BlockCaret::Move(names.indexOf(move.mid(move.startsWith('S')))),
+                                    move.startsWith('S'), runs, 2);
+        }
+        const QList<qsizetype> ends{caret.anchor().line, caret.anchor().column, caret.cursor().line,
+                                    caret.cursor().column};
+        QTEST(ends, "to");
+    }
+
+    // In a long line a tab is shown as a blank, and found as one, forward and back.
+    void findShown()
+    {
+        // clang-format off
+        for (const auto& [needle, line, column] : QList<std::tuple<QString, qsizetype, qsizetype>>{
+                 {"AA BB", 2, 2998}, {"aa\tbb", 2, 2998}, {"\u00E9 \u00E9", 3, 4002}, {"b c", -1, 0}}) {
+            // clang-format on
+            const BlockViewSearch search(lines, needle, Qt::CaseInsensitive);
+            for (const auto& hit : {search.find(0, 0, false), search.find(4, 0, true)})
+                QCOMPARE((std::pair(hit.line, hit.column)), std::pair(line, column));
+        }
+    }
+
     void interact_data()
     {
         // Keys in the view; "drag" with the mouse, or a text to find and keys in the find
@@ -144,6 +260,7 @@ private slots:
         QTest::newRow("case counts")       << 61 << L{"", "MODE", "case,Return", "", "MODE", ""};
         QTest::newRow("back")              << 54 << L{"Ctrl+End", "MODE", "Shift+Return,Shift+F3", "", "mode", ""};
         QTest::newRow("back over the start") << 0 << L{"", "alpha", "Shift+F3", "", "alpha", "Continued from the end"};
+        QTest::newRow("back to a line's end") << 72 << L{"Ctrl+End", "kelvin", "Shift+Return", "", "kelvin", ""};
         QTest::newRow("on over the end")   << 0  << L{"Ctrl+End", "Alpha", "Enter", "", "alpha", "Continued from the start"};
         QTest::newRow("non-ASCII line")    << 66 << L{"", "GR\u00D6", "Return", "", "Gr\u00F6", ""};
         QTest::newRow("folds to ASCII")    << 72 << L{"", "\u212Aelvin", "Return", "", "kelvin", ""};
@@ -159,10 +276,8 @@ private slots:
         QFETCH(QStringList, steps);
         Page page(sample);
         QVERIFY(QTest::qWaitForWindowActive(&page.view));
-        page.view.setAccessibleName("text viewer");
         QCOMPARE(page.face->role(), QAccessible::EditableText);
         QVERIFY(page.face->state().readOnly && page.face->state().multiLine);
-        QCOMPARE(page.face->text(QAccessible::Name), "text viewer");
         QCOMPARE(page.text->text(0, page.text->characterCount()), sample);
         int start, end;
         // The second line starts at 17.
@@ -175,11 +290,11 @@ private slots:
         QGuiApplication::clipboard()->clear();
         page.keys(steps[0]);
         if (steps[1] == "drag") {
-            const QPoint end(viewport->width() - 2, page.view.lineRect(1).center().y());
+            const QPoint to(viewport->width() - 2, page.view.lineRect(1).center().y());
             QTest::mousePress(viewport, Qt::LeftButton, {},
                               {1, page.view.lineRect(0).center().y()});
-            QTest::mouseMove(viewport, end);
-            QTest::mouseRelease(viewport, Qt::LeftButton, {}, end);
+            QTest::mouseMove(viewport, to);
+            QTest::mouseRelease(viewport, Qt::LeftButton, {}, to);
         } else if (!steps[1].isEmpty()) {
             page.keys("Ctrl+F");
             auto* edit = page.view.findChild<QLineEdit*>("find text");
@@ -245,16 +360,18 @@ private slots:
         QTest::addColumn<QString>("keys");   // the selection
         QTest::addColumn<QString>("answer"); // to "Save it to a file instead?"
         QTest::addColumn<bool>("link");      // the chosen name is a link planted before
+        QTest::addColumn<bool>("big");       // a line of 12 MiB (12.6 MB) instead of the sample
         // clang-format off
-        QTest::newRow("all, saved")      << "Ctrl+A" << "Save" << false;
-        QTest::newRow("in lines, saved") << "Down,Right,Shift+Down,Shift+Down,Shift+Right" << "Save" << false;
-        QTest::newRow("link replaced")   << "Ctrl+A" << "Save" << true;
-        QTest::newRow("cancelled")       << "Ctrl+A" << "Cancel" << false;
+        QTest::newRow("all, saved")      << "Ctrl+A" << "Save" << false << false;
+        QTest::newRow("in lines, saved") << "Down,Right,Shift+Down,Shift+Down,Shift+Right" << "Save" << false << false;
+        QTest::newRow("link replaced")   << "Ctrl+A" << "Save" << true << false;
+        QTest::newRow("cancelled")       << "Ctrl+A" << "Cancel" << false << false;
+        QTest::newRow("a big line")      << "Ctrl+A" << "Save" << false << true;
         // clang-format on
     }
 
     // Too much for the clipboard, the selection goes to a file instead, written
-    // as the program writes its files; the clipboard is left alone.
+    // as the program writes its files, a line in pieces; the clipboard is left alone.
     void copyOverTheLimit()
     {
         QFETCH(QString, keys);
@@ -264,8 +381,12 @@ private slots:
         const QString target = dir.filePath("selection.txt");
         QVERIFY(!link ||
                 (dir.write("victim", "keep") && QFile::link(dir.filePath("victim"), target)));
-        Page page(sample);
+        QFETCH(bool, big);
+        const QString all = big ? QString(12 << 20, 'w') + "\n" : sample;
+        const QString selected = keys == "Ctrl+A" ? all : sample.mid(18, 29);
+        Page page(all);
         const QScopedValueRollback<qint64> limit(BlockView::copyLimit, 10);
+        const QScopedValueRollback<qsizetype> pieces(BlockView::pieceUnits, 2);
         QGuiApplication::clipboard()->clear();
         page.keys(keys);
         DialogAnswerer answers;
@@ -276,9 +397,11 @@ private slots:
             answers.pressButton("&Yes");
         page.keys("Ctrl+C");
         VERIFY_DIALOGS(answers);
+        QVERIFY(answers.seen().value(0).text.startsWith(
+            QString("The selection holds %1 MiB of text").arg(selected.size() >> 20)));
         QCOMPARE(QGuiApplication::clipboard()->text(), "");
-        QCOMPARE(dir.read("selection.txt"), answer == "Save" ? page.view.selectedText().toUtf8()
-                                                             : QByteArray(link ? "keep" : ""));
+        QCOMPARE(dir.read("selection.txt"),
+                 answer == "Save" ? selected.toUtf8() : QByteArray(link ? "keep" : ""));
         QCOMPARE(dir.read("victim"), QByteArray(link ? "keep" : ""));
     }
 };
