@@ -95,7 +95,9 @@ void checkDecimators(const std::vector<QPointF>& points, int pixels)
         BlockPlotDecimator::perPixel(points, 0, n, area, QSize(pixels, pixels));
     for (qsizetype i : perPixel)
         require(i >= 0 && i < n, "per-pixel indices in range");
-    require(n == 0 || area.isEmpty() || !perPixel.empty(), "a point where there are points");
+    const bool finiteArea = std::isfinite(area.width()) && std::isfinite(area.height());
+    require(n == 0 || area.isEmpty() || !finiteArea || !perPixel.empty(),
+            "a point where there are points");
 }
 
 } // namespace
