@@ -1,13 +1,30 @@
 #include "blockchartview.h"
 
+#include <QAccessibleWidget>
 #include <QContextMenuEvent>
 #include <QPainter>
 #include <QWheelEvent>
 
 #include <cmath>
 
+namespace
+{
+
+// A plot reads as a graphic, named after what it shows.
+QAccessibleInterface* graphicOf(const QString& className, QObject* object)
+{
+    auto* view = qobject_cast<BlockChartView*>(object);
+    if (className != "BlockChartView" || !view)
+        return nullptr;
+    return new QAccessibleWidget(view, QAccessible::Graphic);
+}
+
+} // namespace
+
 BlockChartView::BlockChartView(QChart* chart, QWidget* parent) : QChartView(chart, parent)
 {
+    static const bool installed = (QAccessible::installFactory(graphicOf), true);
+    Q_UNUSED(installed);
     setObjectName("plot viewer");
     setAccessibleName("Plot");
     setRubberBand(QChartView::RectangleRubberBand);
@@ -29,6 +46,35 @@ void BlockChartView::wheelEvent(QWheelEvent* event)
                           qBound(area.top(), at.y(), area.bottom()));
     const QRectF zoomed(pointer - (pointer - area.topLeft()) / factor, area.size() / factor);
     chart()->zoomIn(zoomed);
+    event->accept();
+}
+
+void BlockChartView::keyPressEvent(QKeyEvent* event)
+{
+    const QRectF area = chart()->plotArea();
+    switch (event->key()) {
+    case Qt::Key_Plus:
+    case Qt::Key_Equal:
+        chart()->zoom(1.25);
+        break;
+    case Qt::Key_Minus:
+        chart()->zoom(0.8);
+        break;
+    case Qt::Key_Left:
+    case Qt::Key_Right: // a tenth of the width
+        chart()->scroll((event->key() == Qt::Key_Left ? -0.1 : 0.1) * area.width(), 0);
+        break;
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+        chart()->scroll(0, (event->key() == Qt::Key_Down ? -0.1 : 0.1) * area.height());
+        break;
+    case Qt::Key_0:
+        emit resetRequested();
+        break;
+    default:
+        QChartView::keyPressEvent(event);
+        return;
+    }
     event->accept();
 }
 

@@ -6,7 +6,8 @@
 
 // The chart of a plot page: the wheel zooms around the pointer, a band
 // drawn with the left button zooms into it, a double click asks for the
-// whole plot again; where the pointer rests and where the menu is asked
+// whole plot again; + and - zoom about the middle, the arrows pan, 0 shows
+// all; where the pointer rests and where the menu is asked
 // for are told to the owner. While the window is being resized the last
 // picture is shown stretched, and the chart is laid out for the new size
 // once the size has held still for a moment: laying out and painting every
@@ -31,6 +32,7 @@ signals:
 
 protected:
     void wheelEvent(QWheelEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;

@@ -1,5 +1,5 @@
 # The block page's logic beneath its widgets: the stored text, the reader,
-# the search, the columns and the plot's decimation. It needs Qt Core alone,
+# the search, the columns, the modes and the plot's ranges and decimation. It needs Qt Core alone,
 # so that the fuzz targets build it as it is; scripts/check-layout keeps
 # every header of QtGui, QtWidgets and QtCharts out of it.
 add_library(blockcore STATIC
@@ -10,6 +10,7 @@ add_library(blockcore STATIC
     ${CMAKE_CURRENT_LIST_DIR}/blockcolumns.cpp ${CMAKE_CURRENT_LIST_DIR}/blockcolumns.h
     ${CMAKE_CURRENT_LIST_DIR}/blockmodes.cpp ${CMAKE_CURRENT_LIST_DIR}/blockmodes.h
     ${CMAKE_CURRENT_LIST_DIR}/blockplotdecimator.cpp ${CMAKE_CURRENT_LIST_DIR}/blockplotdecimator.h
+    ${CMAKE_CURRENT_LIST_DIR}/blockplotrange.cpp ${CMAKE_CURRENT_LIST_DIR}/blockplotrange.h
 )
 target_include_directories(blockcore PUBLIC ${CMAKE_CURRENT_LIST_DIR})
 target_link_libraries(blockcore PUBLIC Qt6::Core PRIVATE platform)

@@ -6,8 +6,8 @@
 #include <QButtonGroup>
 #include <QHBoxLayout>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QStackedWidget>
-#include <QToolButton>
 #include <QVBoxLayout>
 
 namespace
@@ -21,7 +21,7 @@ struct SwitchEntry {
 const SwitchEntry switchEntries[] = {
     {"&Text", "Show as text", "The report as it was written (Alt+T)"},
     {"T&able", "Show as table", "The columns as a table: sort, copy, export (Alt+A)"},
-    {"&Plot", "Show as plot", "The columns as a chart: wheel and band zoom (Alt+P)"},
+    {"&Plot", "Show as plot", "The columns as a chart: wheel, band and keys zoom (Alt+P)"},
 };
 
 } // namespace
@@ -38,6 +38,8 @@ BlockPage::BlockPage(BlockView* textView, const BlockLayout& blockLayout,
     box->addWidget(makeSwitch());
     box->addWidget(stack, 1);
     stack->addWidget(text);
+    // The switch comes before the view it switches.
+    setTabOrder(buttons->button(Plot), text);
     showView(Text);
 }
 
@@ -52,19 +54,25 @@ QWidget* BlockPage::makeSwitch()
     bar->setObjectName("view switch");
     auto* row = new QHBoxLayout(bar);
     row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(0);
+    row->setSpacing(12);
     for (int view = Text; view <= Plot; ++view) {
-        auto* button = new QToolButton;
+        // One choice of three: read as radio buttons, arrow keys move along.
+        auto* button = new QRadioButton;
         const SwitchEntry& entry = switchEntries[view];
         button->setText(entry.text);
         button->setAccessibleName(entry.accessibleName);
         button->setToolTip(entry.toolTip);
-        button->setCheckable(true);
         button->setFocusPolicy(Qt::StrongFocus);
-        buttons->addButton(button, view); // an exclusive group: arrow keys move along
+        buttons->addButton(button, view);
         row->addWidget(button);
     }
-    connect(buttons, &QButtonGroup::idClicked, this, [this](int id) { showView(View(id)); });
+    // A click, a key and an assistive tool's Toggle all tick a button.
+    connect(buttons, &QButtonGroup::idToggled, this, [this](int id, bool on) {
+        if (on)
+            showView(View(id));
+    });
+    // Rows that join unrelated quantities get a table and no plot.
+    buttons->button(Plot)->setVisible(setup.kind != BlockPlot::Setup::None);
     row->addStretch(1);
     exportButton = new QPushButton("Export CSV…");
     exportButton->setObjectName("export csv");
@@ -79,6 +87,8 @@ BlockPage::View BlockPage::currentView() const
 
 void BlockPage::showView(View view)
 {
+    if (view == Plot && setup.kind == BlockPlot::Setup::None)
+        return;
     if (view == Table && !table) {
         table = new BlockTableView(text->blockText(), layout);
         table->setFont(text->font());

@@ -38,7 +38,9 @@ std::vector<qsizetype> BlockPlotDecimator::minMax(const std::vector<QPointF>& po
 {
     std::vector<qsizetype> out;
     columns = std::max(columns, 1);
-    const double scale = x1 > x0 ? columns / (x1 - x0) : 0;
+    // In halves: x1 - x0 overflows for a span near a double's range.
+    const double half = x1 / 2 - x0 / 2;
+    const double scale = half > 0 ? columns / half : 0;
     const auto inside = [&](qsizetype i) {
         const double x = points[size_t(i)].x();
         return x >= x0 && x <= x1;
@@ -53,8 +55,8 @@ std::vector<qsizetype> BlockPlotDecimator::minMax(const std::vector<QPointF>& po
                 out.push_back(i);
             continue;
         }
-        const auto b =
-            std::min<qsizetype>(qsizetype((points[size_t(i)].x() - x0) * scale), columns - 1);
+        const auto b = std::min<qsizetype>(qsizetype((points[size_t(i)].x() / 2 - x0 / 2) * scale),
+                                           columns - 1);
         if (b != bucket) {
             column.flush(out);
             bucket = b;
@@ -74,10 +76,13 @@ std::vector<qsizetype> BlockPlotDecimator::perPixel(const std::vector<QPointF>& 
     std::vector<bool> taken(size_t(w) * size_t(h));
     for (qsizetype i = begin; i < end; ++i) {
         const QPointF& p = points[size_t(i)];
-        if (!area.contains(p))
+        // Where in the area, from 0 to 1; never true for NaN.
+        const double fx = (p.x() / 2 - area.left() / 2) / (area.width() / 2);
+        const double fy = (p.y() / 2 - area.top() / 2) / (area.height() / 2);
+        if (!(fx >= 0 && fx <= 1 && fy >= 0 && fy <= 1))
             continue;
-        const int px = std::min(int((p.x() - area.left()) / area.width() * w), w - 1);
-        const int py = std::min(int((p.y() - area.top()) / area.height() * h), h - 1);
+        const int px = std::min(int(fx * w), w - 1);
+        const int py = std::min(int(fy * h), h - 1);
         const size_t cell = size_t(py) * size_t(w) + size_t(px);
         if (!taken[cell]) {
             taken[cell] = true;

@@ -58,12 +58,19 @@ QFont viewFont()
     return font;
 }
 
-// How each block with columns is best plotted; the rest plot their second
-// column over their first.
+// How each block with columns is best plotted; the rest plot their first
+// varying column over their first.
 BlockPlot::Setup plotSetupOf(int block)
 {
     BlockPlot::Setup setup;
     switch (block) {
+    case 3: // rows of unrelated quantities: a table, no plot
+    case 6:
+    case 14:
+    case 16:
+    case 17:
+        setup.kind = BlockPlot::Setup::None;
+        break;
     case 4: // Nodal Coordinates: x, y, z behind the ID
         setup.kind = BlockPlot::Setup::Projection;
         setup.xColumn = 1;
@@ -83,7 +90,6 @@ BlockPlot::Setup plotSetupOf(int block)
     case 29:
         setup.yColumn = -1;
         setup.splitRuns = true;
-        setup.runName = "Mode %1";
         break;
     }
     return setup;

@@ -8,6 +8,7 @@
 #include "scratchdir.h"
 #include "standins.h"
 
+#include <QRegularExpression>
 #include <QTest>
 
 const QString database = Standins::examplesDir() + "/vehicle.MASTER";
@@ -99,7 +100,9 @@ private slots:
         const QByteArray zeb = dir.read(runs[0].args[3]);
         QVERIFY(zeb.startsWith("ZEB 1.0  optimized by the ZEB2MTX stand-in, write options: " +
                                options.toLocal8Bit() + "\nblock 1  Version code\n"));
-        QVERIFY(zeb.contains("\nblock 8  Mode Shapes\n    1 "));
+        QVERIFY(QRegularExpression("\nblock 8  Mode Shapes\n(  Mode     1\n)?    1 ")
+                    .match(QString::fromLatin1(zeb))
+                    .hasMatch());
     }
 
     // Each tab sets the options from its own panel; the later click wins, and a

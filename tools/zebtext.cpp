@@ -3,6 +3,7 @@
 #include "standin.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -113,7 +114,9 @@ std::string number(double value, std::size_t width)
 }
 
 // Blocks made up from a database body's description: coordinates and mode
-// shapes in the counts it names, a few lines for every other block.
+// shapes in the counts it names, a few lines for every other block. Each
+// mode's shapes come under a heading line "Mode <n>", as the translator
+// writes them.
 void makeBlocks(const std::string& description, Body& body)
 {
     const long nodes = std::min(field(description, "nodes="), 100000L);
@@ -130,7 +133,12 @@ void makeBlocks(const std::string& description, Body& body)
         coordinates.push_back(padded(std::to_string(n), 5) + number(n * 0.01, 18) +
                               number(n % 7 * 0.02, 18) + number(n % 3 * 0.5, 18));
     for (long m = 1; m <= modes; ++m) {
-        eigenvalues.push_back(padded(std::to_string(m), 5) + number(m * m * 12.5, 18));
+        // Mode, eigenvalue, Hertz, radians, generalized mass and stiffness.
+        const double hertz = m * m * 12.5, radians = 2 * M_PI * hertz, mass = 1.0;
+        eigenvalues.push_back(padded(std::to_string(m), 5) + number(radians * radians, 18) +
+                              number(hertz, 18) + number(radians, 18) + number(mass, 18) +
+                              number(radians * radians * mass, 18));
+        shapes.push_back("  Mode " + padded(std::to_string(m), 5));
         for (long n = 1; n <= nodes; ++n)
             shapes.push_back(padded(std::to_string(n), 5) + number(m * 1e-3 * n, 18) +
                              number(-1e-4 * n, 18) + number(1e-5 * m, 18) + number(0, 18) +
