@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QBoxLayout>
 #include <QLabel>
+#include <QWidget>
 
 namespace filerow
 {
@@ -32,6 +33,16 @@ QLabel* label(const QString& text, QWidget* parent)
     label->setAlignment(Qt::AlignCenter);
     label->setFixedSize(label->sizeHint());
     return label;
+}
+
+void nameAfter(QWidget* control, const QLabel* label)
+{
+    QString name = label->text().trimmed();
+    if (name.endsWith(':'))
+        name.chop(1);
+    control->setAccessibleName(name.trimmed());
+    if (!label->toolTip().isEmpty())
+        control->setAccessibleDescription(label->toolTip());
 }
 
 QMFileLineEdit* addFileField(QBoxLayout* row, QWidget* tab, const QString& text, const char* name)
