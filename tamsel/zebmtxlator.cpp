@@ -51,7 +51,7 @@ QComboBox* unitBox(QWidget* parent, const char* name, const QStringList& entries
 void addUnitRow(QGridLayout* grid, const char* unit, QComboBox* box, int row, int column)
 {
     QLabel* title = fixedLabel(unit, box->parentWidget());
-    title->setBuddy(box);
+    filerow::nameAfter(box, title);
     grid->addWidget(title, row, column, Qt::AlignLeft);
     grid->addWidget(box, row + 1, column);
 }
