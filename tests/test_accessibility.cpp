@@ -1,54 +1,184 @@
-// What assistive technology sees: every control of the four tabs and of a
-// browser window has a name, the browser window is a window, each frame is
-// named by its own title, and a box ticked by an assistive tool acts as one
-// ticked by the mouse.
-#include "qrtzebcore.h"
+// What assistive technology sees and does, walked through QAccessible as a
+// screen reader would: every window names each control it can reach, a
+// control's accessible action acts as a click does, and the browser window
+// scrolls its page from the keyboard at once.
+#include "blockpage.h"
+#include "cdbindexdialog.h"
+#include "qmlistdialog.h"
 #include "scratchdir.h"
 #include "standins.h"
 #include "tamsel.h"
 #include "zebbrowser.h"
 
+#include <QAbstractScrollArea>
 #include <QAccessible>
 #include <QApplication>
 #include <QCheckBox>
-#include <QGroupBox>
 #include <QLineEdit>
+#include <QMetaEnum>
 #include <QPushButton>
+#include <QScrollBar>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QTest>
+#include <QTreeWidget>
+
+#include <algorithm>
+#include <functional>
+#include <memory>
 
 namespace
 {
+
+// Faults of widgets other helpers are fixing on their branches, as
+// "window: fault". TO BE EMPTIED AT MERGE: each entry fails the test once
+// its fault is gone, so that it is taken out.
+const QStringList fixedElsewhere = {
+    "body index dialog: no name: Table (QTableView)",   // the body list: "bodies"
+    "browser, Table: \"Show as table\" acts otherwise", // the switch's Toggle: "plot"
+    "browser, Plot: \"Show as plot\" acts otherwise",
+};
 
 QAccessibleInterface* face(QObject* object)
 {
     return QAccessible::queryAccessibleInterface(object);
 }
 
-// The focusable widgets under root that a screen reader could not name.
-QStringList unnamed(QWidget* root)
+QString roleName(QAccessible::Role role)
+{
+    return QMetaEnum::fromType<QAccessible::Role>().valueToKey(role);
+}
+
+// Visits every object a reader reaches under f; what is hidden is left out.
+void walk(QAccessibleInterface* f, const std::function<void(QAccessibleInterface*)>& visit)
+{
+    if (!f || f->state().invisible)
+        return;
+    visit(f);
+    for (int i = 0; i < f->childCount(); ++i)
+        walk(f->child(i), visit);
+}
+
+// A combo box is named by its entry on Linux; readers name it after the
+// label that has it as buddy.
+QString nameOf(QAccessibleInterface* f)
+{
+    if (f->role() != QAccessible::ComboBox)
+        return f->text(QAccessible::Name).trimmed();
+    const auto labels = f->relations(QAccessible::Label);
+    return labels.isEmpty() ? QString() : labels.first().first->text(QAccessible::Name).trimmed();
+}
+
+// A view's cells and headers are named by what they hold, blank or not.
+bool isCell(QAccessible::Role role)
+{
+    return role == QAccessible::Cell || role == QAccessible::TreeItem ||
+           role == QAccessible::ColumnHeader || role == QAccessible::RowHeader;
+}
+
+// What a reader could not use: a control without a name, two controls of
+// one kind under one name, a check box or radio button without a state.
+QStringList faults(QAccessibleInterface* root)
 {
     QStringList found;
-    for (QWidget* w : root->findChildren<QWidget*>()) {
-        const bool focusable = w->focusPolicy() != Qt::NoFocus && w->isEnabled() &&
-                               !w->focusProxy() &&
-                               !qobject_cast<QWidget*>(w->parent())->focusProxy();
-        if (focusable && face(w) && face(w)->text(QAccessible::Name).trimmed().isEmpty())
-            found << QString("%1 \"%2\"").arg(w->metaObject()->className(), w->objectName());
-    }
+    QSet<QString> seen;
+    walk(root, [&](QAccessibleInterface* f) {
+        const QAccessible::State s = f->state();
+        const QString name = nameOf(f);
+        const QString what = roleName(f->role()) + " \"" + name + "\"";
+        const bool acts = f->actionInterface() && !f->actionInterface()->actionNames().isEmpty();
+        const auto* w = qobject_cast<QWidget*>(f->object());
+        if (isCell(f->role()) || !(s.focusable || acts) || (w && w->focusProxy()))
+            return; // a proxy's owner is read as its proxy
+        if (name.isEmpty())
+            found << QString("no name: %1 (%2)")
+                         .arg(roleName(f->role()),
+                              f->object() ? f->object()->metaObject()->className() : "");
+        else if (seen.contains(what))
+            found << "twice: " + what;
+        seen << what;
+        const bool checkRole =
+            f->role() == QAccessible::CheckBox || f->role() == QAccessible::RadioButton;
+        if (checkRole && !s.checkable)
+            found << "no checked state: " + what;
+    });
     return found;
 }
 
-QWidget* openBrowser(ZEBBrowser* tab)
+// What a user sees of the window: each object's kind, name, value, and
+// whether it is ticked or disabled.
+QStringList snapshot(QWidget* window)
 {
-    tab->findChild<QLineEdit*>("inputFile")->setText(Standins::examplesDir() + "/beam.zeb");
-    for (auto* b : tab->findChildren<QPushButton*>())
-        if (b->toolTip().startsWith("Start the GUI Browser"))
-            b->click();
-    for (QWidget* w : QApplication::topLevelWidgets())
-        if (w->objectName() == "browser")
-            return w;
-    return nullptr;
+    QStringList seen;
+    walk(face(window), [&](QAccessibleInterface* f) {
+        seen << QString("%1 \"%2\" %3%4%5")
+                    .arg(roleName(f->role()), f->text(QAccessible::Name),
+                         f->text(QAccessible::Value), f->state().checked ? " ticked" : "",
+                         f->state().disabled ? " off" : "");
+    });
+    return seen;
+}
+
+QAccessibleInterface* find(QWidget* window, const QString& name)
+{
+    QAccessibleInterface* found = nullptr;
+    walk(face(window), [&](QAccessibleInterface* f) {
+        if (!found && f->text(QAccessible::Name) == name && !isCell(f->role()))
+            found = f;
+    });
+    return found;
+}
+
+// The tool dialog and, when blocks are named, a browser window of those.
+struct Windows {
+    ScratchDir dir;
+    Standins standins{dir.path()};
+    Tamsel dialog;
+    QWidget* browser = nullptr;
+
+    explicit Windows(const QStringList& blocks = {})
+    {
+        dialog.show();
+        if (blocks.isEmpty())
+            return;
+        ZEBBrowser* tab = dialog.zebBrowser;
+        for (auto* box : tab->findChildren<QCheckBox*>())
+            box->setChecked(blocks.contains(box->text()));
+        tab->findChild<QLineEdit*>("inputFile")->setText(Standins::examplesDir() + "/beam.zeb");
+        tab->generate(true);
+        for (QWidget* w : QApplication::topLevelWidgets())
+            browser = w->objectName() == "browser" ? w : browser;
+    }
+    ~Windows() { delete browser; }
+    QWidget* root() { return browser ? browser : &dialog; }
+};
+
+// The widget under f, or f's own.
+QWidget* widgetOf(QAccessibleInterface* f)
+{
+    while (f && !qobject_cast<QWidget*>(f->object()))
+        f = f->parent();
+    return f ? static_cast<QWidget*>(f->object()) : nullptr;
+}
+
+// "action": f's first accessible action; "click": a click where a box has
+// its tick, a tab or button its face; "row": a click on the row, then Space.
+void press(QAccessibleInterface* f, const QString& way)
+{
+    if (way == "action") {
+        f->actionInterface()->doAction(f->actionInterface()->actionNames().first());
+    } else {
+        const QRect r = f->rect();
+        const int half = std::min(r.width(), r.height()) / 2;
+        const QPoint at = way == "row" ? r.center() : QPoint(r.left() + half, r.center().y());
+        QWidget* owner = widgetOf(f);
+        QWidget* target = owner->childAt(owner->mapFromGlobal(at));
+        target = target ? target : owner;
+        QTest::mouseClick(target, Qt::LeftButton, {}, target->mapFromGlobal(at));
+        if (way == "row")
+            QTest::keyClick(owner, Qt::Key_Space);
+    }
+    QCoreApplication::processEvents();
 }
 
 } // namespace
@@ -58,67 +188,167 @@ class TestAccessibility : public QObject
     Q_OBJECT
 
 private slots:
+    void everyControlNamed_data();
     void everyControlNamed();
-    void toggledByAnAssistiveTool_data();
-    void toggledByAnAssistiveTool();
+    void actionActsAsAClick_data();
+    void actionActsAsAClick();
+    void browserScrollsAtOnce_data();
+    void browserScrollsAtOnce();
 };
+
+void TestAccessibility::everyControlNamed_data()
+{
+    QTest::addColumn<QString>("window");
+    for (const char* tab : {"0", "1", "2", "3"})
+        QTest::newRow(tab) << QString("tool dialog, tab ") + tab;
+    for (const char* view : {"Text", "Table", "Plot"})
+        QTest::newRow(view) << QString("browser, ") + view;
+    QTest::newRow("body index") << "body index dialog";
+    QTest::newRow("report list") << "report list dialog";
+}
 
 void TestAccessibility::everyControlNamed()
 {
-    ScratchDir dir;
-    Standins standins(dir.path());
-    Tamsel dialog;
-    dialog.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
-    for (int tab = 0; tab < dialog.tabWidget()->count(); ++tab) {
-        dialog.tabWidget()->setCurrentIndex(tab);
-        QWidget* page = dialog.tabWidget()->widget(tab);
-        QVERIFY2(unnamed(page).isEmpty(), qPrintable(unnamed(page).join(", ")));
-        for (auto* frame : page->findChildren<QGroupBox*>())
-            if (!frame->title().isEmpty())
-                QCOMPARE(face(frame)->text(QAccessible::Name), frame->title());
+    QFETCH(QString, window);
+    Windows windows(window.startsWith("browser") ? QStringList{"Eigenvalues"} : QStringList());
+    QWidget* root = &windows.dialog;
+    std::unique_ptr<QWidget> dialog;
+    if (window.startsWith("tool dialog")) {
+        windows.dialog.tabWidget()->setCurrentIndex(window.right(1).toInt());
+    } else if (window.startsWith("browser")) {
+        root = windows.browser;
+        auto* page = root->findChild<BlockPage*>();
+        QVERIFY(page);
+        page->showView(
+            BlockPage::View(QStringList{"Text", "Table", "Plot"}.indexOf(window.section(", ", 1))));
+    } else if (window.startsWith("body")) {
+        dialog.reset(
+            new QCDBIndexDialog(nullptr, "index", Standins::examplesDir() + "/vehicle.MASTER"));
+    } else {
+        dialog.reset(new QMListDialog("beam_1.rpt\nbeam_2.rpt", nullptr, nullptr, false));
     }
-    QWidget* browser = openBrowser(dialog.zebBrowser);
-    QVERIFY(browser);
-    QCOMPARE(face(browser)->role(), QAccessible::Window);
-    QCOMPARE(face(browser)->text(QAccessible::Name), "Ondrel Tamsel ZEB Browser");
-    QVERIFY2(unnamed(browser).isEmpty(), qPrintable(unnamed(browser).join(", ")));
-    browser->close();
+    if (dialog) {
+        root = dialog.get();
+        dialog->show();
+    }
+    QStringList found;
+    for (const QString& fault : faults(face(root)))
+        found << window + ": " + fault;
+    for (const QString& known : fixedElsewhere) {
+        if (known.startsWith(window + ":") && !known.contains(" acts ")) {
+            QVERIFY2(found.removeAll(known), qPrintable("fixed now, take it out: " + known));
+        }
+    }
+    QVERIFY2(found.isEmpty(), qPrintable(found.join("\n")));
 }
 
-void TestAccessibility::toggledByAnAssistiveTool_data()
+void TestAccessibility::actionActsAsAClick_data()
 {
-    QTest::addColumn<QString>("box");
-    QTest::addColumn<QString>("follower"); // a control that follows the box
-    QTest::addColumn<bool>("enabled");     // the follower after the tick
-    QTest::addColumn<QString>("option");   // in the write options after the tick
-    QTest::newRow("coarsening") << "Apply Mesh Coarsening Algorithm"
-                                << "meshResSL" << true << "coarsen(";
-    QTest::newRow("rigid only") << "Rigid-Only ZEB"
-                                << "invarCB" << false << "";
+    QTest::addColumn<int>("tab");         // of the tool dialog, shown first
+    QTest::addColumn<QString>("control"); // by its accessible name
+    QTest::addColumn<QString>("click");   // the user's way, as press() takes it
+    QTest::addColumn<QString>("window");  // "" for the tool dialog
+    QTest::newRow("tool dialog tab") << 0 << "ZEB->ZEB Optimizer"
+                                     << "click"
+                                     << "";
+    QTest::newRow("All") << 0 << "All"
+                         << "click"
+                         << "";
+    QTest::newRow("block box") << 0 << "Nodal Masses"
+                               << "click"
+                               << "";
+    QTest::newRow("invariant row") << 0 << "Invariants 3"
+                                   << "row"
+                                   << "";
+    QTest::newRow("radio button") << 1 << "Exclude modes"
+                                  << "click"
+                                  << "";
+    QTest::newRow("coarsening box") << 2 << "Apply Mesh Coarsening Algorithm"
+                                    << "click"
+                                    << "";
+    QTest::newRow("rigid only box") << 3 << "Rigid-Only ZEB"
+                                    << "click"
+                                    << "";
+    QTest::newRow("panel tab") << 3 << "Manual"
+                               << "click"
+                               << "";
+    QTest::newRow("view switch") << 0 << "Show as table"
+                                 << "click"
+                                 << "browser, Table";
+    QTest::newRow("plot switch") << 0 << "Show as plot"
+                                 << "click"
+                                 << "browser, Plot";
 }
 
-void TestAccessibility::toggledByAnAssistiveTool()
+// Each way on a window of its own, then the two windows compared. A
+// button's Press clicks it a moment later, as the keyboard does.
+void TestAccessibility::actionActsAsAClick()
 {
-    QFETCH(QString, box);
-    QFETCH(QString, follower);
-    QFETCH(bool, enabled);
-    QFETCH(QString, option);
-    QRTZEBCore panel(nullptr, "panel");
-    QCheckBox* check = nullptr;
-    for (auto* b : panel.findChildren<QCheckBox*>())
-        check = b->text() == box ? b : check;
-    QVERIFY(check && !check->isChecked());
-    QAccessibleActionInterface* actions = face(check)->actionInterface();
-    QVERIFY(actions);
-    actions->doAction(QAccessibleActionInterface::toggleAction());
-    QVERIFY(check->isChecked());
-    QWidget* follows = panel.findChild<QWidget*>(follower);
-    QVERIFY(follows);
-    QCOMPARE(follows->isEnabled(), enabled);
-    QVERIFY(panel.writeOptions().contains(option));
-    actions->doAction(QAccessibleActionInterface::toggleAction()); // and back
-    QCOMPARE(follows->isEnabled(), !enabled);
+    QFETCH(int, tab);
+    QFETCH(QString, control);
+    QFETCH(QString, click);
+    QFETCH(QString, window);
+    const QStringList blocks = window.isEmpty() ? QStringList() : QStringList{"Eigenvalues"};
+    std::unique_ptr<Windows> windows;
+    QStringList byClick;
+    const auto open = [&]() {
+        windows.reset(); // its browser window first
+        windows = std::make_unique<Windows>(blocks);
+        windows->dialog.tabWidget()->setCurrentIndex(tab);
+        return find(windows->root(), control);
+    };
+    for (const QString& way : {click, QString("action")}) {
+        QAccessibleInterface* f = open();
+        QVERIFY2(f && f->actionInterface(), qPrintable(control));
+        press(f, way);
+        if (way == click)
+            byClick = snapshot(windows->root());
+    }
+    const QString known = window + ": \"" + control + "\" acts otherwise";
+    if (fixedElsewhere.contains(known)) {
+        QTest::qWait(300);
+        QVERIFY2(snapshot(windows->root()) != byClick,
+                 qPrintable("fixed now, take it out: " + known));
+        return;
+    }
+    QTRY_COMPARE(snapshot(windows->root()), byClick);
+}
+
+void TestAccessibility::browserScrollsAtOnce_data()
+{
+    QTest::addColumn<bool>("tabClicked"); // on the second page's tab first
+    QTest::addColumn<int>("key");
+    QTest::addColumn<bool>("toEnd"); // else a step or more down
+    QTest::newRow("Down") << false << int(Qt::Key_Down) << false;
+    QTest::newRow("Page Down") << false << int(Qt::Key_PageDown) << false;
+    QTest::newRow("Space") << false << int(Qt::Key_Space) << false;
+    QTest::newRow("End") << false << int(Qt::Key_End) << true;
+    QTest::newRow("Down after a tab click") << true << int(Qt::Key_Down) << false;
+}
+
+// Keys go to the window, as the window system gives them, to whatever has
+// the keyboard.
+void TestAccessibility::browserScrollsAtOnce()
+{
+    QFETCH(bool, tabClicked);
+    QFETCH(int, key);
+    QFETCH(bool, toEnd);
+    Windows windows({"Nodal Coordinates", "Nodal Masses"});
+    QVERIFY(QTest::qWaitForWindowActive(windows.browser));
+    auto* tabs = windows.browser->findChild<QTabWidget*>();
+    if (tabClicked) {
+        QTabBar* bar = tabs->tabBar();
+        QTest::mouseClick(bar, Qt::LeftButton, {}, bar->tabRect(1).center());
+        QTRY_COMPARE(tabs->currentIndex(), 1);
+        QCoreApplication::processEvents();
+    }
+    auto* view = qobject_cast<QAbstractScrollArea*>(QApplication::focusWidget());
+    QVERIFY(view && tabs->currentWidget()->isAncestorOf(view));
+    QTest::keyClick(windows.browser->windowHandle(), Qt::Key(key));
+    const QScrollBar* bar = view->verticalScrollBar();
+    QVERIFY(bar->value() > 0);
+    if (toEnd)
+        QCOMPARE(bar->value(), bar->maximum());
 }
 
 QTEST_MAIN(TestAccessibility)
