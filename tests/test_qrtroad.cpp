@@ -256,6 +256,25 @@ private slots:
         QCOMPARE(dir.read("runtamsel.bat").split('\n').value(5),
                  (Standins::program("qrt2zeb-standin") + " \"" + input + "\"").toLocal8Bit());
     }
+
+    // A Debian terminal takes the window's title with -T; it names what runs.
+    void consoleTitle()
+    {
+        ScratchDir dir;
+        Standins standins(dir.path()); // puts the variables back
+        QVERIFY(dir.write("x-terminal-emulator",
+                          "#!/bin/sh\nprintf '%s|' \"$@\" >terminal.log\nshift 3\nexec \"$@\"\n",
+                          true));
+        qunsetenv("TAMSEL_TERMINAL");
+        qputenv("DISPLAY", ":0");
+        qputenv("PATH", dir.path().toLocal8Bit());
+        QRTZEBLator tab(nullptr, "QRTZEBLator");
+        widget<QLineEdit>(&tab, "input")->setText(Standins::examplesDir() + "/bracket.out");
+        QTest::mouseClick(widget(&tab, "Begin Translatiion"), Qt::LeftButton);
+        QCOMPARE(dir.read("terminal.log").split('|').mid(0, 3),
+                 (QList<QByteArray>{"-T", "Tamsel: Translating QRT to ZEB", "-e"}));
+        QCOMPARE(standins.runs().size(), 1);
+    }
 };
 
 QTEST_MAIN(TestQRTRoad)
