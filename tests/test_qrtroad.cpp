@@ -174,8 +174,6 @@ private slots:
         panel("rigid hides chosen boxes, SI, coarsening on",
               "invarCB=Full Set;sparseModesCB=Full;Rigid;unitsCB=SI;Apply",
               " MKS   empty  strip_face coarsen(0.15, 15, 1)");
-        panel("disabled panel hides chosen boxes", "invarCB=Full Set;sparseModesCB=Full;disabled",
-              "      strip_face ");
         panel("no invariants, no solid faces", "invarCB=None;Remove Int", "       ");
         panel("blank node list, slider at 9 and 0", "Apply;meshResSL=9;faceSmoothSL=0;Nodes= ",
               "fast_invar      strip_face coarsen(0.09, 0, 1,  )");
@@ -273,7 +271,6 @@ private slots:
         QTest::mouseClick(widget(&tab, "Begin Translatiion"), Qt::LeftButton);
         QCOMPARE(dir.read("terminal.log").split('|').mid(0, 3),
                  (QList<QByteArray>{"-T", "Tamsel: Translating QRT to ZEB", "-e"}));
-        QCOMPARE(standins.runs().size(), 1);
     }
 };
 
