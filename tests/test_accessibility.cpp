@@ -17,6 +17,7 @@
 #include <QKeySequence>
 #include <QLineEdit>
 #include <QMetaEnum>
+#include <QRegularExpression>
 #include <QScrollBar>
 #include <QTabBar>
 #include <QTabWidget>
@@ -37,11 +38,6 @@ const QStringList fixedElsewhere = {
     "\"Show as table\" acts otherwise",               // the switch's Toggle: "plot"
     "\"Show as plot\" acts otherwise",
 };
-
-QAccessibleInterface* face(QObject* object)
-{
-    return QAccessible::queryAccessibleInterface(object);
-}
 
 QString roleName(QAccessible::Role role)
 {
@@ -68,13 +64,6 @@ QString nameOf(QAccessibleInterface* f)
     return labels.isEmpty() ? QString() : labels.first().first->text(QAccessible::Name).trimmed();
 }
 
-// A view's cells and headers are named by what they hold, blank or not.
-bool isCell(QAccessible::Role role)
-{
-    return role == QAccessible::Cell || role == QAccessible::TreeItem ||
-           role == QAccessible::ColumnHeader || role == QAccessible::RowHeader;
-}
-
 // What a reader could not use: a control without a name, two controls of
 // one kind under one name, a check box or radio button without a state.
 QStringList faults(QAccessibleInterface* root)
@@ -87,8 +76,12 @@ QStringList faults(QAccessibleInterface* root)
         const QString what = roleName(f->role()) + " \"" + name + "\"";
         const bool acts = f->actionInterface() && !f->actionInterface()->actionNames().isEmpty();
         const auto* w = qobject_cast<QWidget*>(f->object());
-        if (isCell(f->role()) || !(s.focusable || acts) || (w && w->focusProxy()))
-            return; // a proxy's owner is read as its proxy
+        // A view's cells and headers are named by what they hold, blank or not;
+        // a proxy's owner is read as its proxy.
+        const auto cells = {QAccessible::Cell, QAccessible::TreeItem, QAccessible::ColumnHeader};
+        if (std::count(cells.begin(), cells.end(), f->role()) || !(s.focusable || acts) ||
+            (w && w->focusProxy()))
+            return;
         if (name.isEmpty())
             found << QString("no name: %1 (%2)")
                          .arg(roleName(f->role()), f->object()->metaObject()->className());
@@ -108,7 +101,7 @@ QStringList faults(QAccessibleInterface* root)
 QStringList snapshot(QWidget* window)
 {
     QStringList seen;
-    walk(face(window), [&](QAccessibleInterface* f) {
+    walk(QAccessible::queryAccessibleInterface(window), [&](QAccessibleInterface* f) {
         seen << QString("%1 \"%2\" %3%4%5")
                     .arg(roleName(f->role()), f->text(QAccessible::Name),
                          f->text(QAccessible::Value), f->state().checked ? " ticked" : "",
@@ -120,9 +113,8 @@ QStringList snapshot(QWidget* window)
 QAccessibleInterface* find(QWidget* window, const QString& name)
 {
     QAccessibleInterface* found = nullptr;
-    walk(face(window), [&](QAccessibleInterface* f) {
-        if (!found && f->text(QAccessible::Name) == name)
-            found = f;
+    walk(QAccessible::queryAccessibleInterface(window), [&](QAccessibleInterface* f) {
+        found = found || f->text(QAccessible::Name) != name ? found : f;
     });
     return found;
 }
@@ -205,9 +197,8 @@ private slots:
                 QStringList{"Text", "Table", "Plot"}.indexOf(window.section(", ", 1))));
         if (dialog)
             (root = dialog.get())->show();
-        QStringList found;
-        for (const QString& fault : faults(face(root)))
-            found << window + ": " + fault;
+        QStringList found = faults(QAccessible::queryAccessibleInterface(root));
+        found.replaceInStrings(QRegularExpression("^"), window + ": ");
         for (const QString& known : fixedElsewhere)
             if (known.startsWith(window + ":"))
                 QVERIFY2(found.removeAll(known), qPrintable("fixed now, take it out: " + known));
@@ -244,8 +235,7 @@ private slots:
             QAccessibleInterface* f = find(windows->root(), control);
             QVERIFY2(f && f->actionInterface(), qPrintable(control));
             press(f, click);
-            if (click)
-                byClick = snapshot(windows->root());
+            byClick = click ? snapshot(windows->root()) : byClick;
         }
         const bool known = fixedElsewhere.contains("\"" + control + "\" acts otherwise");
         if (known)
