@@ -110,6 +110,7 @@ QStringList snapshot(QWidget* window)
     return seen;
 }
 
+// The first object under window with this name.
 QAccessibleInterface* find(QWidget* window, const QString& name)
 {
     QAccessibleInterface* found = nullptr;
@@ -168,6 +169,8 @@ class TestAccessibility : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase() { QAccessible::setActive(true); } // as with a screen reader on
+
     void everyControlNamed_data()
     {
         QTest::addColumn<QString>("window");
