@@ -25,11 +25,6 @@ CheckList::CheckList(QWidget* parent) : QTreeWidget(parent)
     setColumnCount(1);
     header()->hide();
     connect(this, &QTreeWidget::itemChanged, this, &CheckList::announceTick);
-    // Qt keeps interfaces by address: one left from a widget that lived here
-    // before, or made while the view was being built, would stand in for ours.
-    QAccessibleInterface* face = QAccessible::queryAccessibleInterface(this);
-    if (face && !dynamic_cast<CheckListAccessible*>(face))
-        QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(face));
 }
 
 QTreeWidgetItem* CheckList::addRow(const QString& text)
