@@ -268,11 +268,10 @@ private slots:
             QTabBar* bar = tabs->tabBar();
             bar->setFocus(); // where a keyboard user may have left it
             QTest::mouseClick(bar, Qt::LeftButton, {}, bar->tabRect(1).center());
-            QTRY_COMPARE(tabs->currentIndex(), 1);
-            QCoreApplication::processEvents();
+            QCoreApplication::processEvents(); // the focus follows queued
         }
         auto* view = qobject_cast<QAbstractScrollArea*>(QApplication::focusWidget());
-        QVERIFY(view && tabs->currentWidget()->isAncestorOf(view));
+        QVERIFY(view && tabs->widget(tabClicked ? 1 : 0)->isAncestorOf(view));
         QTest::keyClick(windows.browser->windowHandle(), Qt::Key(key));
         QVERIFY(view->verticalScrollBar()->value() > 0);
     }
