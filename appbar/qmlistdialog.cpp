@@ -50,6 +50,7 @@ QMListDialog::QMListDialog(const QString& text, QWidget* parent, const char* /*n
     edit->setReadOnly(true);
     edit->setPlainText(text);
     edit->setFixedSize(350, 200);
+    label->setBuddy(edit); // names the list for screen readers
     layout->addWidget(edit, 20, Qt::AlignHCenter);
     layout->addStretch(1);
 

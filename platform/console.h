@@ -19,8 +19,9 @@ namespace platform
 //
 // The terminal is the command prefix in TAMSEL_TERMINAL ("none": no
 // window); without it, "x-terminal-emulator -e" or "xterm -e", whichever
-// exists, but only when there is a display.
-int runInConsole(const std::string& batchText, const std::string& consoleProgram);
+// exists, but only when there is a display; these two are given the title.
+int runInConsole(const std::string& batchText, const std::string& consoleProgram,
+                 const std::string& title = "Tamsel");
 
 // The terminal prefix runInConsole would use now; empty for inline.
 std::vector<std::string> terminalPrefix();

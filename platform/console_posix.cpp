@@ -134,6 +134,16 @@ std::string privateDirectory()
     return {};
 }
 
+// Debian's terminals all take -T for the window's title; without it the
+// window is named after the terminal, not after what runs in it.
+void addTitle(std::vector<std::string>& args, const std::string& title)
+{
+    const bool known = args.size() == 2 && args[1] == "-e" &&
+                       (args[0] == "xterm" || args[0] == "x-terminal-emulator");
+    if (known && !title.empty())
+        args.insert(args.begin() + 1, {"-T", title});
+}
+
 } // namespace
 
 std::vector<std::string> terminalPrefix()
@@ -155,7 +165,8 @@ std::vector<std::string> terminalPrefix()
     return {};
 }
 
-int runInConsole(const std::string& batchText, const std::string& consoleProgram)
+int runInConsole(const std::string& batchText, const std::string& consoleProgram,
+                 const std::string& title)
 {
     std::vector<std::string> args = terminalPrefix();
     if (args.empty())
@@ -181,6 +192,7 @@ int runInConsole(const std::string& batchText, const std::string& consoleProgram
         return runBatchText(batchText);
     }
 
+    addTitle(args, title);
     args.insert(args.end(), {consoleProgram, "--directory", workingDirectory(), "--status-file",
                              statusFile, batchFile});
     const int terminalStatus = spawnAndWait(args);

@@ -1,9 +1,12 @@
 #include "browserwindow.h"
 
+#include <QAbstractScrollArea>
 #include <QAccessible>
 #include <QAccessibleWidget>
 #include <QGridLayout>
 #include <QPushButton>
+#include <QShowEvent>
+#include <QTabBar>
 #include <QTabWidget>
 
 namespace
@@ -35,4 +38,29 @@ BrowserWindow::BrowserWindow() : QWidget(nullptr)
     close->setObjectName("close_btn");
     grid->addWidget(close, 1, 1);
     connect(close, &QPushButton::clicked, this, &QWidget::close);
+    // Queued: the click is seen before the tab bar has changed the page.
+    connect(tabWidget->tabBar(), &QTabBar::tabBarClicked, this, &BrowserWindow::focusPage,
+            Qt::QueuedConnection);
+}
+
+void BrowserWindow::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    if (!event->spontaneous())
+        focusPage();
+}
+
+// The view the page shows, not a switch or button above it; a page that
+// has none keeps the focus where it is.
+void BrowserWindow::focusPage()
+{
+    QWidget* page = tabWidget->currentWidget();
+    if (!page)
+        return;
+    for (auto* view : page->findChildren<QAbstractScrollArea*>()) {
+        if (view->isVisibleTo(page) && view->focusPolicy() != Qt::NoFocus) {
+            view->setFocus(Qt::OtherFocusReason);
+            return;
+        }
+    }
 }

@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QBoxLayout>
 #include <QLabel>
+#include <QWidget>
 
 namespace filerow
 {
@@ -32,6 +33,20 @@ QLabel* label(const QString& text, QWidget* parent)
     label->setAlignment(Qt::AlignCenter);
     label->setFixedSize(label->sizeHint());
     return label;
+}
+
+void nameAfter(QWidget* control, QLabel* label)
+{
+    QString name = label->text().trimmed();
+    if (name.endsWith(':'))
+        name.chop(1);
+    control->setAccessibleName(name.trimmed().replace("&&", "&"));
+    if (!label->toolTip().isEmpty())
+        control->setAccessibleDescription(label->toolTip());
+    // A buddy makes '&' a mnemonic: doubled, it still shows as one.
+    if (label->text().contains('&') && !label->text().contains("&&"))
+        label->setText(label->text().replace('&', "&&"));
+    label->setBuddy(control);
 }
 
 QMFileLineEdit* addFileField(QBoxLayout* row, QWidget* tab, const QString& text, const char* name)

@@ -32,6 +32,11 @@ QFont boldFont();
 // A centred bold label fixed at its size.
 QLabel* label(const QString& text, QWidget* parent);
 
+// Names control for screen readers after the label beside it: its text
+// without the closing colon, its tool tip as the description, and the label
+// as its buddy, through which Linux readers name a combo box.
+void nameAfter(QWidget* control, QLabel* label);
+
 // The label and a file field (200 by 25) behind it, added to the row with
 // stretch 10 each; the label names the field for screen readers.
 QMFileLineEdit* addFileField(QBoxLayout* row, QWidget* tab, const QString& label, const char* name);

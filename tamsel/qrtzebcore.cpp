@@ -159,25 +159,22 @@ QGroupBox* QRTZEBCore::createOptionsBox()
         grid->setRowStretch(r, r % 2 ? 4 : 1);
 
     // Labels first, then the boxes: the focus chain follows creation.
-    grid->addWidget(label("Invariants:", box, nullptr,
-                          "Compute inertia invariants and store in ZEB.  Full can be quite slow."),
-                    1, 1);
-    grid->addWidget(
-        label("Units:", box, nullptr, "ZEBs with SI units perform better with Ondrel/View"), 3, 1);
-    grid->addWidget(label("Formatting:", box), 5, 1);
-    grid->addWidget(label("Precision:", box), 7, 1);
-    grid->addWidget(label("Stress & Strain Modes:", box), 9, 1);
-
+    const QList<QLabel*> labels = {
+        label("Invariants:", box, nullptr,
+              "Compute inertia invariants and store in ZEB.  Full can be quite slow."),
+        label("Units:", box, nullptr, "ZEBs with SI units perform better with Ondrel/View"),
+        label("Formatting:", box), label("Precision:", box), label("Stress & Strain Modes:", box)};
     invarCB = comboBox("invarCB", {"Fast Set", "Full Set", "None"}, box);
     unitsCB = comboBox("unitsCB", {"Original", "SI"}, box);
     formatCB = comboBox("formatCB", {"Standard Portable", "Platform Specific"}, box);
     precisionCB = comboBox("precisionCB", {"Double", "Single"}, box);
     sparseModesCB = comboBox("sparseModesCB", {"Sparse", "Full", "Remove zero entries"}, box);
-    grid->addWidget(invarCB, 1, 3);
-    grid->addWidget(unitsCB, 3, 3);
-    grid->addWidget(formatCB, 5, 3);
-    grid->addWidget(precisionCB, 7, 3);
-    grid->addWidget(sparseModesCB, 9, 3);
+    const QList<QComboBox*> boxes = {invarCB, unitsCB, formatCB, precisionCB, sparseModesCB};
+    for (int i = 0; i < boxes.size(); ++i) {
+        grid->addWidget(labels.at(i), 2 * i + 1, 1);
+        grid->addWidget(boxes.at(i), 2 * i + 1, 3);
+        filerow::nameAfter(boxes.at(i), labels.at(i));
+    }
 
     geometryOnlyBox = fixedToHint(new QCheckBox("Rigid-Only ZEB", box));
     grid->addWidget(geometryOnlyBox, 11, 1);
@@ -266,6 +263,9 @@ void QRTZEBCore::createAutoPage()
     grid->addWidget(preserveModesBox, 10, 2);
     grid->addWidget(nodesText, 12, 2);
     grid->addWidget(retainedNodesLE, 13, 2, 1, 5);
+    filerow::nameAfter(meshResSL, meshText);
+    filerow::nameAfter(faceSmoothSL, faceText);
+    filerow::nameAfter(retainedNodesLE, nodesText);
 }
 
 void QRTZEBCore::createManualPage()

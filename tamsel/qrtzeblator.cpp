@@ -28,6 +28,7 @@ QRTZEBLator::QRTZEBLator(QWidget* parent, const char* name) : QWidget(parent)
     inputRow->addStretch(10);
 
     translatePB = pictures::runPushButton(this, "Begin Translatiion");
+    translatePB->setAccessibleName("Begin Translation"); // spoken as meant
     inputRow->addWidget(translatePB, 10, Qt::AlignCenter);
     inputRow->addStretch(1);
 

@@ -102,8 +102,11 @@ RunResult runCommand(const QString& command, const QString& title)
     int status = 0;
     {
         const QueuedInputDropper::DuringRun windowsServed;
-        status = platform::runInConsole(text.toStdString(),
-                                        consoleProgram().toLocal8Bit().toStdString());
+        // The console window says what runs: "Tamsel: Translating QRT to ZEB".
+        const QString windowTitle = "Tamsel: " + title.section(" ...", 0, 0);
+        status =
+            platform::runInConsole(text.toStdString(), consoleProgram().toLocal8Bit().toStdString(),
+                                   windowTitle.toLocal8Bit().toStdString());
     }
     // Only the low 16 bits count, as with the command interpreter's status.
     const bool failed = (status & 0xffff) != 0;

@@ -3,6 +3,7 @@
 #include "app_qmfilelineedit.h"
 #include "bodyindexfield.h"
 #include "browserwindow.h"
+#include "checklist.h"
 #include "filerow.h"
 #include "messagebox.h"
 #include "pictures.h"
@@ -209,19 +210,15 @@ QGroupBox* ZEBBrowser::createGroup(QWidget* parent, const char* title, int first
 // which keeps that order, and every walk over it relies on it.
 void ZEBBrowser::createInvariantList(QGroupBox* group)
 {
-    invariantList = new QTreeWidget(group);
-    invariantList->setRootIsDecorated(false);
+    auto* list = new CheckList(group);
+    invariantList = list;
     invariantList->setHeaderLabels({"name"});
-    invariantList->header()->hide();
     invariantList->setFrameStyle(QFrame::Panel | QFrame::Sunken);
     invariantList->setLineWidth(1);
     invariantList->setToolTip("Blocks #19 - 26");
     invariantList->setAccessibleName("Invariants");
-    for (int key = boxCount; key < blockCount; ++key) {
-        auto* item = new QTreeWidgetItem(invariantList, {blockName(key)});
-        item->setFlags(item->flags() | Qt::ItemIsUserCheckable);
-        item->setCheckState(0, Qt::Unchecked);
-    }
+    for (int key = boxCount; key < blockCount; ++key)
+        list->addRow(blockName(key));
     invariantList->setSortingEnabled(true);
     invariantList->sortByColumn(0, Qt::AscendingOrder);
     invariantList->resizeColumnToContents(0);

@@ -47,6 +47,15 @@ QComboBox* unitBox(QWidget* parent, const char* name, const QStringList& entries
     return box;
 }
 
+// The unit's label in row, its combo box under it; the label names the box.
+void addUnitRow(QGridLayout* grid, const char* unit, QComboBox* box, int row, int column)
+{
+    QLabel* title = fixedLabel(unit, box->parentWidget());
+    filerow::nameAfter(box, title);
+    grid->addWidget(title, row, column, Qt::AlignLeft);
+    grid->addWidget(box, row + 1, column);
+}
+
 QString unitFlag(const QComboBox* box, const char* flag)
 {
     if (box->currentIndex() == 0)
@@ -151,23 +160,19 @@ QGroupBox* ZEBMTXLator::createUnitsBox(const QFont& bold)
     box->setToolTip("Specify units to match those in Ondrel model, which may differ from ZEB.");
     QGridLayout* grid = boxGrid(box, {2, 10, 10, 2, 10, 10, 2}, {1, 10, 3, 10, 4});
 
-    grid->addWidget(fixedLabel("Length", box), 1, 1, Qt::AlignLeft);
     lengthCB = unitBox(box, "lengthCB",
                        {"METER", "MILLIMETER", "INCH", "FOOT", "MILE", "CENTIMETER", "KILOMETER"});
-    grid->addWidget(lengthCB, 2, 1);
-    grid->addWidget(fixedLabel("Time", box), 4, 1, Qt::AlignLeft);
+    addUnitRow(grid, "Length", lengthCB, 1, 1);
     timeCB = unitBox(box, "timeCB", {"SECOND", "MILLISECOND", "MINUTE", "HOUR"});
-    grid->addWidget(timeCB, 5, 1);
-    grid->addWidget(fixedLabel("Mass", box), 1, 3, Qt::AlignLeft);
+    addUnitRow(grid, "Time", timeCB, 4, 1);
     massCB = unitBox(box, "massCB",
                      {"KILOGRAM", "OUNCE_MASS", "POUND_MASS", "SLUG", "SLINCH", "KPOUND_MASS",
                       "GRAM", "MEGAGRAM"});
-    grid->addWidget(massCB, 2, 3);
-    grid->addWidget(fixedLabel("Force", box), 4, 3, Qt::AlignLeft);
+    addUnitRow(grid, "Mass", massCB, 1, 3);
     forceCB = unitBox(box, "forceCB",
                       {"NEWTON", "OUNCE_FORCE", "POUND_FORCE", "KPOUND_FORCE", "DYNE",
                        "KILOGRAM_FORCE", "KNEWTON", "MILLINEWTON"});
-    grid->addWidget(forceCB, 5, 3);
+    addUnitRow(grid, "Force", forceCB, 4, 3);
     return box;
 }
 
@@ -179,6 +184,7 @@ QLineEdit* ZEBMTXLator::addListRow(QGroupBox* box, QGridLayout* grid, int row, c
     title->setToolTip(tip);
     grid->addWidget(title, row, 1);
     auto* edit = new QLineEdit(box);
+    filerow::nameAfter(edit, title); // else it is read by the frame's title
     edit->setObjectName(name);
     edit->setFixedSize(200, 25);
     edit->setToolTip(tip);
@@ -194,17 +200,21 @@ QGroupBox* ZEBMTXLator::createNodesModesBox(const QFont& bold)
     QGridLayout* grid = boxGrid(box, {1, 4, 4, 1, 4, 4, 1}, {1, 6, 6, 6, 1, 4, 1});
 
     nodeIDs = addListRow(box, grid, 1, "Node ID List", "nodeIDs", nodeTip);
-    nodesIncludeRB = addIncludeExclude(box, 1);
+    nodesIncludeRB = addIncludeExclude(box, 1, nodeIDs, "nodes");
     modeList = addListRow(box, grid, 4, "Mode Number List", "modeList", modeTip);
-    modesIncludeRB = addIncludeExclude(box, 4);
+    modesIncludeRB = addIncludeExclude(box, 4, modeList, "modes");
     return box;
 }
 
 // "Include" (id 0, checked) over "Exclude" (id 1) in rows row and row + 1
-// of the last column but one; returns "Include".
-QRadioButton* ZEBMTXLator::addIncludeExclude(QGroupBox* box, int row)
+// of the last column but one; returns "Include". Screen readers hear the
+// pair under the list's name and each button with what it takes, since the
+// two pairs look alike.
+QRadioButton* ZEBMTXLator::addIncludeExclude(QGroupBox* box, int row, const QLineEdit* list,
+                                             const char* what)
 {
     auto* group = new QGroupBox(box);
+    group->setAccessibleName(list->accessibleName());
     auto* layout = new QBoxLayout(QBoxLayout::TopToBottom, group);
     layout->setContentsMargins(filerow::frameMargins());
     layout->setSpacing(-1);
@@ -212,6 +222,7 @@ QRadioButton* ZEBMTXLator::addIncludeExclude(QGroupBox* box, int row)
     QRadioButton* include = nullptr;
     for (const char* text : {"Include", "Exclude"}) {
         auto* button = new QRadioButton(text, group);
+        button->setAccessibleName(QString("%1 %2").arg(text, what));
         button->setFixedSize(button->sizeHint());
         layout->addWidget(button, 1, Qt::AlignLeft);
         buttons->addButton(button, buttons->buttons().size());

@@ -40,7 +40,8 @@ private:
     QBoxLayout* createFileRow();
     QGroupBox* createUnitsBox(const QFont& bold);
     QGroupBox* createNodesModesBox(const QFont& bold);
-    QRadioButton* addIncludeExclude(QGroupBox* box, int row);
+    QRadioButton* addIncludeExclude(QGroupBox* box, int row, const QLineEdit* list,
+                                    const char* what);
     QLineEdit* addListRow(QGroupBox* box, QGridLayout* grid, int row, const char* label,
                           const char* name, const char* tip);
     TranslatorCommand commandLine(const QString& output) const;

@@ -31,9 +31,8 @@ template <class W = QWidget> W* widget(QWidget* parent, const QString& key)
 }
 
 // Settings separated by ";": "unitsCB=Full Set", "meshResSL=5",
-// "Nodes=1 3:10" (by tool tip), "sketchCombo=a.dat", "tab=1", "disabled" for
-// the whole panel, or the start of a check box text to click it: "Apply",
-// "Rigid", "Remove Int", ...
+// "Nodes=1 3:10" (by tool tip), "sketchCombo=a.dat", "tab=1", or the start of
+// a check box text to click it: "Apply", "Rigid", "Remove Int", ...
 inline void apply(QWidget* panel, const QString& settings)
 {
     for (const QString& setting : settings.split(';', Qt::SkipEmptyParts)) {
@@ -45,8 +44,6 @@ inline void apply(QWidget* panel, const QString& settings)
             widget<QSlider>(panel, key)->setValue(value.toInt());
         else if (key == "tab")
             panel->findChild<QTabBar*>()->setCurrentIndex(value.toInt());
-        else if (key == "disabled")
-            panel->setEnabled(false);
         else if (setting.contains('='))
             widget<QLineEdit>(panel, key)->setText(value);
         else

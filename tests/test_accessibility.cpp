@@ -1,54 +1,165 @@
-// What assistive technology sees: every control of the four tabs and of a
-// browser window has a name, the browser window is a window, each frame is
-// named by its own title, and a box ticked by an assistive tool acts as one
-// ticked by the mouse.
-#include "qrtzebcore.h"
+// What assistive technology sees and does, walked through QAccessible as a
+// screen reader would: every window names each control it can reach, a
+// control's accessible action acts as a click does, and the browser window
+// scrolls its page from the keyboard at once.
+#include "blockpage.h"
+#include "cdbindexdialog.h"
+#include "qmlistdialog.h"
 #include "scratchdir.h"
 #include "standins.h"
 #include "tamsel.h"
 #include "zebbrowser.h"
 
+#include <QAbstractScrollArea>
 #include <QAccessible>
 #include <QApplication>
 #include <QCheckBox>
-#include <QGroupBox>
+#include <QKeySequence>
 #include <QLineEdit>
-#include <QPushButton>
+#include <QMetaEnum>
+#include <QRegularExpression>
+#include <QScrollBar>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QTest>
+
+#include <algorithm>
+#include <functional>
+#include <memory>
 
 namespace
 {
 
-QAccessibleInterface* face(QObject* object)
+// Faults of widgets other helpers are fixing on their branches, as
+// "window: fault". TO BE EMPTIED AT MERGE: each entry fails the test once
+// its fault is gone (an unexpected pass), so that it is taken out.
+const QStringList fixedElsewhere = {
+    "body index dialog: no name: Table (QTableView)", // the body list: "bodies"
+    "\"Show as table\" acts otherwise",               // the switch's Toggle: "plot"
+    "\"Show as plot\" acts otherwise",
+};
+
+QString roleName(QAccessible::Role role)
 {
-    return QAccessible::queryAccessibleInterface(object);
+    return QMetaEnum::fromType<QAccessible::Role>().valueToKey(role);
 }
 
-// The focusable widgets under root that a screen reader could not name.
-QStringList unnamed(QWidget* root)
+// Visits every object a reader reaches under f; what is hidden is left out.
+void walk(QAccessibleInterface* f, const std::function<void(QAccessibleInterface*)>& visit)
+{
+    if (!f || f->state().invisible)
+        return;
+    visit(f);
+    for (int i = 0; i < f->childCount(); ++i)
+        walk(f->child(i), visit);
+}
+
+// A combo box is named by its entry on Linux; readers name it after the
+// label that has it as buddy.
+QString nameOf(QAccessibleInterface* f)
+{
+    if (f->role() != QAccessible::ComboBox)
+        return f->text(QAccessible::Name).trimmed();
+    const auto labels = f->relations(QAccessible::Label);
+    return labels.isEmpty() ? QString() : labels.first().first->text(QAccessible::Name).trimmed();
+}
+
+// What a reader could not use: a control without a name, two controls of
+// one kind under one name, a check box or radio button without a state.
+QStringList faults(QAccessibleInterface* root)
 {
     QStringList found;
-    for (QWidget* w : root->findChildren<QWidget*>()) {
-        const bool focusable = w->focusPolicy() != Qt::NoFocus && w->isEnabled() &&
-                               !w->focusProxy() &&
-                               !qobject_cast<QWidget*>(w->parent())->focusProxy();
-        if (focusable && face(w) && face(w)->text(QAccessible::Name).trimmed().isEmpty())
-            found << QString("%1 \"%2\"").arg(w->metaObject()->className(), w->objectName());
-    }
+    QSet<QString> seen;
+    walk(root, [&](QAccessibleInterface* f) {
+        const QAccessible::State s = f->state();
+        const QString name = nameOf(f);
+        const QString what = roleName(f->role()) + " \"" + name + "\"";
+        const bool acts = f->actionInterface() && !f->actionInterface()->actionNames().isEmpty();
+        const auto* w = qobject_cast<QWidget*>(f->object());
+        // A view's cells and headers are named by what they hold, blank or not;
+        // a proxy's owner is read as its proxy.
+        const auto cells = {QAccessible::Cell, QAccessible::TreeItem, QAccessible::ColumnHeader};
+        if (std::count(cells.begin(), cells.end(), f->role()) || !(s.focusable || acts) ||
+            (w && w->focusProxy()))
+            return;
+        if (name.isEmpty())
+            found << QString("no name: %1 (%2)")
+                         .arg(roleName(f->role()), f->object()->metaObject()->className());
+        else if (seen.contains(what))
+            found << "twice: " + what;
+        seen << what;
+        const bool checkRole =
+            f->role() == QAccessible::CheckBox || f->role() == QAccessible::RadioButton;
+        if (checkRole && !s.checkable)
+            found << "no checked state: " + what;
+    });
     return found;
 }
 
-QWidget* openBrowser(ZEBBrowser* tab)
+// What a user sees of the window: each object's kind, name, value, and
+// whether it is ticked or disabled.
+QStringList snapshot(QWidget* window)
 {
-    tab->findChild<QLineEdit*>("inputFile")->setText(Standins::examplesDir() + "/beam.zeb");
-    for (auto* b : tab->findChildren<QPushButton*>())
-        if (b->toolTip().startsWith("Start the GUI Browser"))
-            b->click();
-    for (QWidget* w : QApplication::topLevelWidgets())
-        if (w->objectName() == "browser")
-            return w;
-    return nullptr;
+    QStringList seen;
+    walk(QAccessible::queryAccessibleInterface(window), [&](QAccessibleInterface* f) {
+        seen << QString("%1 \"%2\" %3%4%5")
+                    .arg(roleName(f->role()), f->text(QAccessible::Name),
+                         f->text(QAccessible::Value), f->state().checked ? " ticked" : "",
+                         f->state().disabled ? " off" : "");
+    });
+    return seen;
+}
+
+// The first object under window with this name.
+QAccessibleInterface* find(QWidget* window, const QString& name)
+{
+    QAccessibleInterface* found = nullptr;
+    walk(QAccessible::queryAccessibleInterface(window), [&](QAccessibleInterface* f) {
+        found = found || f->text(QAccessible::Name) != name ? found : f;
+    });
+    return found;
+}
+
+// The tool dialog and, when blocks are named, a browser window of those.
+struct Windows {
+    ScratchDir dir;
+    Standins standins{dir.path()};
+    Tamsel dialog;
+    QWidget* browser = nullptr;
+
+    explicit Windows(const QStringList& blocks = {})
+    {
+        dialog.show();
+        if (blocks.isEmpty())
+            return;
+        ZEBBrowser* tab = dialog.zebBrowser;
+        for (auto* box : tab->findChildren<QCheckBox*>())
+            box->setChecked(blocks.contains(box->text()));
+        tab->findChild<QLineEdit*>("inputFile")->setText(Standins::examplesDir() + "/beam.zeb");
+        tab->generate(true);
+        for (QWidget* w : QApplication::topLevelWidgets())
+            browser = w->objectName() == "browser" ? w : browser;
+    }
+    ~Windows() { delete browser; }
+    QWidget* root() { return browser ? browser : &dialog; }
+};
+
+// A click where a box has its tick and a row its check, on a tab or a
+// button's face; or else f's first accessible action.
+void press(QAccessibleInterface* f, bool click)
+{
+    if (click) {
+        const QRect r = f->rect();
+        const QPoint at(r.left() + std::min(r.width(), r.height()) / 2, r.center().y());
+        auto* owner = qobject_cast<QWidget*>(f->object()); // else a tab's bar, a row's list
+        owner = owner ? owner : qobject_cast<QWidget*>(f->parent()->object());
+        QWidget* target = owner->childAt(owner->mapFromGlobal(at));
+        target = target ? target : owner;
+        QTest::mouseClick(target, Qt::LeftButton, {}, target->mapFromGlobal(at));
+    } else {
+        f->actionInterface()->doAction(f->actionInterface()->actionNames().first());
+    }
+    QCoreApplication::processEvents();
 }
 
 } // namespace
@@ -58,68 +169,113 @@ class TestAccessibility : public QObject
     Q_OBJECT
 
 private slots:
-    void everyControlNamed();
-    void toggledByAnAssistiveTool_data();
-    void toggledByAnAssistiveTool();
-};
+    void initTestCase() { QAccessible::setActive(true); } // as with a screen reader on
 
-void TestAccessibility::everyControlNamed()
-{
-    ScratchDir dir;
-    Standins standins(dir.path());
-    Tamsel dialog;
-    dialog.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
-    for (int tab = 0; tab < dialog.tabWidget()->count(); ++tab) {
-        dialog.tabWidget()->setCurrentIndex(tab);
-        QWidget* page = dialog.tabWidget()->widget(tab);
-        QVERIFY2(unnamed(page).isEmpty(), qPrintable(unnamed(page).join(", ")));
-        for (auto* frame : page->findChildren<QGroupBox*>())
-            if (!frame->title().isEmpty())
-                QCOMPARE(face(frame)->text(QAccessible::Name), frame->title());
+    void everyControlNamed_data()
+    {
+        QTest::addColumn<QString>("window");
+        for (const char* tab : {"0", "1", "2", "3"})
+            QTest::newRow(tab) << QString("tool dialog, tab ") + tab;
+        for (const char* view : {"Text", "Table", "Plot"})
+            QTest::newRow(view) << QString("browser, ") + view;
+        QTest::newRow("body index") << "body index dialog";
+        QTest::newRow("report list") << "report list dialog";
     }
-    QWidget* browser = openBrowser(dialog.zebBrowser);
-    QVERIFY(browser);
-    QCOMPARE(face(browser)->role(), QAccessible::Window);
-    QCOMPARE(face(browser)->text(QAccessible::Name), "Ondrel Tamsel ZEB Browser");
-    QVERIFY2(unnamed(browser).isEmpty(), qPrintable(unnamed(browser).join(", ")));
-    browser->close();
-}
 
-void TestAccessibility::toggledByAnAssistiveTool_data()
-{
-    QTest::addColumn<QString>("box");
-    QTest::addColumn<QString>("follower"); // a control that follows the box
-    QTest::addColumn<bool>("enabled");     // the follower after the tick
-    QTest::addColumn<QString>("option");   // in the write options after the tick
-    QTest::newRow("coarsening") << "Apply Mesh Coarsening Algorithm"
-                                << "meshResSL" << true << "coarsen(";
-    QTest::newRow("rigid only") << "Rigid-Only ZEB"
-                                << "invarCB" << false << "";
-}
+    void everyControlNamed()
+    {
+        QFETCH(QString, window);
+        Windows windows(window.startsWith("browser") ? QStringList{"Eigenvalues"} : QStringList());
+        QWidget* root = windows.root();
+        std::unique_ptr<QWidget> dialog;
+        if (window.startsWith("tool dialog"))
+            windows.dialog.tabWidget()->setCurrentIndex(window.right(1).toInt());
+        else if (window.startsWith("body"))
+            dialog.reset(
+                new QCDBIndexDialog(nullptr, "", Standins::examplesDir() + "/vehicle.MASTER"));
+        else if (window.startsWith("report"))
+            dialog.reset(new QMListDialog("beam_1.rpt\nbeam_2.rpt", nullptr, nullptr, false));
+        else // "browser, " and the view
+            root->findChild<BlockPage*>()->showView(BlockPage::View(
+                QStringList{"Text", "Table", "Plot"}.indexOf(window.section(", ", 1))));
+        if (dialog)
+            (root = dialog.get())->show();
+        QStringList found = faults(QAccessible::queryAccessibleInterface(root));
+        found.replaceInStrings(QRegularExpression("^"), window + ": ");
+        for (const QString& known : fixedElsewhere)
+            if (known.startsWith(window + ":"))
+                QVERIFY2(found.removeAll(known), qPrintable("fixed now, take it out: " + known));
+        QVERIFY2(found.isEmpty(), qPrintable(found.join("\n")));
+    }
 
-void TestAccessibility::toggledByAnAssistiveTool()
-{
-    QFETCH(QString, box);
-    QFETCH(QString, follower);
-    QFETCH(bool, enabled);
-    QFETCH(QString, option);
-    QRTZEBCore panel(nullptr, "panel");
-    QCheckBox* check = nullptr;
-    for (auto* b : panel.findChildren<QCheckBox*>())
-        check = b->text() == box ? b : check;
-    QVERIFY(check && !check->isChecked());
-    QAccessibleActionInterface* actions = face(check)->actionInterface();
-    QVERIFY(actions);
-    actions->doAction(QAccessibleActionInterface::toggleAction());
-    QVERIFY(check->isChecked());
-    QWidget* follows = panel.findChild<QWidget*>(follower);
-    QVERIFY(follows);
-    QCOMPARE(follows->isEnabled(), enabled);
-    QVERIFY(panel.writeOptions().contains(option));
-    actions->doAction(QAccessibleActionInterface::toggleAction()); // and back
-    QCOMPARE(follows->isEnabled(), !enabled);
-}
+    void actionActsAsAClick_data()
+    {
+        QTest::addColumn<int>("tab");         // of the tool dialog shown; -1: a browser window
+        QTest::addColumn<QString>("control"); // by its accessible name
+        QTest::newRow("tool dialog tab") << 0 << "ZEB->ZEB Optimizer";
+        QTest::newRow("push button") << 0 << "All";
+        QTest::newRow("invariant row") << 0 << "Invariants 3";
+        QTest::newRow("radio button") << 1 << "Exclude modes";
+        QTest::newRow("check box") << 2 << "Apply Mesh Coarsening Algorithm";
+        QTest::newRow("panel tab") << 3 << "Manual";
+        QTest::newRow("table switch") << -1 << "Show as table";
+        QTest::newRow("plot switch") << -1 << "Show as plot";
+    }
+
+    // Each way on windows of their own, then the two compared. A button's
+    // Press clicks it a moment later, as the keyboard does.
+    void actionActsAsAClick()
+    {
+        QFETCH(int, tab);
+        QFETCH(QString, control);
+        std::unique_ptr<Windows> windows;
+        QStringList byClick;
+        for (const bool click : {true, false}) {
+            windows.reset(); // its browser window first
+            windows =
+                std::make_unique<Windows>(tab < 0 ? QStringList{"Eigenvalues"} : QStringList());
+            windows->dialog.tabWidget()->setCurrentIndex(std::max(tab, 0));
+            QAccessibleInterface* f = find(windows->root(), control);
+            QVERIFY2(f && f->actionInterface(), qPrintable(control));
+            press(f, click);
+            byClick = click ? snapshot(windows->root()) : byClick;
+        }
+        const bool known = fixedElsewhere.contains("\"" + control + "\" acts otherwise");
+        if (known)
+            QEXPECT_FAIL("", "fixed on another branch", Abort);
+        QTRY_COMPARE_WITH_TIMEOUT(snapshot(windows->root()), byClick, known ? 500 : 5000);
+    }
+
+    void browserScrollsAtOnce_data()
+    {
+        QTest::addColumn<bool>("tabClicked"); // on the second page's tab first
+        QTest::addColumn<int>("key");
+        for (const int key : {Qt::Key_Down, Qt::Key_PageDown, Qt::Key_Space, Qt::Key_End})
+            QTest::newRow(qPrintable(QKeySequence(key).toString())) << false << key;
+        QTest::newRow("Down after a tab click") << true << int(Qt::Key_Down);
+    }
+
+    // Keys go to the window, as the window system gives them, to whatever has
+    // the keyboard.
+    void browserScrollsAtOnce()
+    {
+        QFETCH(bool, tabClicked);
+        QFETCH(int, key);
+        Windows windows({"Nodal Coordinates", "Nodal Masses"});
+        QVERIFY(QTest::qWaitForWindowActive(windows.browser));
+        auto* tabs = windows.browser->findChild<QTabWidget*>();
+        if (tabClicked) {
+            QTabBar* bar = tabs->tabBar();
+            bar->setFocus(); // where a keyboard user may have left it
+            QTest::mouseClick(bar, Qt::LeftButton, {}, bar->tabRect(1).center());
+            QCoreApplication::processEvents(); // the focus follows queued
+        }
+        auto* view = qobject_cast<QAbstractScrollArea*>(QApplication::focusWidget());
+        QVERIFY(view && tabs->widget(tabClicked ? 1 : 0)->isAncestorOf(view));
+        QTest::keyClick(windows.browser->windowHandle(), Qt::Key(key));
+        QVERIFY(view->verticalScrollBar()->value() > 0);
+    }
+};
 
 QTEST_MAIN(TestAccessibility)
 #include "test_accessibility.moc"

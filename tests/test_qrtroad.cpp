@@ -174,8 +174,6 @@ private slots:
         panel("rigid hides chosen boxes, SI, coarsening on",
               "invarCB=Full Set;sparseModesCB=Full;Rigid;unitsCB=SI;Apply",
               " MKS   empty  strip_face coarsen(0.15, 15, 1)");
-        panel("disabled panel hides chosen boxes", "invarCB=Full Set;sparseModesCB=Full;disabled",
-              "      strip_face ");
         panel("no invariants, no solid faces", "invarCB=None;Remove Int", "       ");
         panel("blank node list, slider at 9 and 0", "Apply;meshResSL=9;faceSmoothSL=0;Nodes= ",
               "fast_invar      strip_face coarsen(0.09, 0, 1,  )");
@@ -255,6 +253,24 @@ private slots:
         QCOMPARE(standins.runs().constLast().options, options); // as the translator saw them
         QCOMPARE(dir.read("runtamsel.bat").split('\n').value(5),
                  (Standins::program("qrt2zeb-standin") + " \"" + input + "\"").toLocal8Bit());
+    }
+
+    // A Debian terminal takes the window's title with -T; it names what runs.
+    void consoleTitle()
+    {
+        ScratchDir dir;
+        Standins standins(dir.path()); // puts the variables back
+        QVERIFY(dir.write("x-terminal-emulator",
+                          "#!/bin/sh\nprintf '%s|' \"$@\" >terminal.log\nshift 3\nexec \"$@\"\n",
+                          true));
+        qunsetenv("TAMSEL_TERMINAL");
+        qputenv("DISPLAY", ":0");
+        qputenv("PATH", dir.path().toLocal8Bit());
+        QRTZEBLator tab(nullptr, "QRTZEBLator");
+        widget<QLineEdit>(&tab, "input")->setText(Standins::examplesDir() + "/bracket.out");
+        QTest::mouseClick(widget(&tab, "Begin Translatiion"), Qt::LeftButton);
+        QCOMPARE(dir.read("terminal.log").split('|').mid(0, 3),
+                 (QList<QByteArray>{"-T", "Tamsel: Translating QRT to ZEB", "-e"}));
     }
 };
 

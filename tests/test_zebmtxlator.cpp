@@ -1,6 +1,6 @@
 // The matrix tab's run: the boxes it shows in their order, the final output
-// name, the command line as the stand-in receives it through the console,
-// and, at the tab's smallest, room between frames and what they hold.
+// name, and the command line as the stand-in receives it through the
+// console.
 #include "zebmtxlator.h"
 
 #include "qrtroad_helpers.h"
@@ -128,15 +128,6 @@ private slots:
         QCOMPARE(standins.runs().value(0).args, args.isEmpty() ? QStringList() : args.split('|'));
         QCOMPARE(dir.read("runtamsel.bat").isEmpty(), args.isEmpty());
         QCOMPARE(dir.read("victim.txt"), QByteArray("HXDB 1\nBODY a\nBODY b\nBODY c\n"));
-    }
-
-    // At the tab's smallest: the run button, the labels and the boxes.
-    void nothingOnAFrame()
-    {
-        ZEBMTXLator tab(nullptr, "ZEBMTXLator");
-        tab.resize(tab.minimumSizeHint());
-        tab.show();
-        QCOMPARE(touchingTheirFrame(&tab, {}), QStringList());
     }
 };
 
