@@ -30,14 +30,6 @@
 namespace
 {
 
-// Faults of widgets other helpers are fixing on their branches, as
-// "window: fault". TO BE EMPTIED AT MERGE: each entry fails the test once
-// its fault is gone (an unexpected pass), so that it is taken out.
-const QStringList fixedElsewhere = {
-    "body index dialog: no name: Table (QTableView)", // the body list: "bodies"
-    "\"Show as table\" acts otherwise",               // the switch's Toggle: "plot"
-    "\"Show as plot\" acts otherwise",
-};
 
 QString roleName(QAccessible::Role role)
 {
@@ -202,9 +194,6 @@ private slots:
             (root = dialog.get())->show();
         QStringList found = faults(QAccessible::queryAccessibleInterface(root));
         found.replaceInStrings(QRegularExpression("^"), window + ": ");
-        for (const QString& known : fixedElsewhere)
-            if (known.startsWith(window + ":"))
-                QVERIFY2(found.removeAll(known), qPrintable("fixed now, take it out: " + known));
         QVERIFY2(found.isEmpty(), qPrintable(found.join("\n")));
     }
 
@@ -240,10 +229,7 @@ private slots:
             press(f, click);
             byClick = click ? snapshot(windows->root()) : byClick;
         }
-        const bool known = fixedElsewhere.contains("\"" + control + "\" acts otherwise");
-        if (known)
-            QEXPECT_FAIL("", "fixed on another branch", Abort);
-        QTRY_COMPARE_WITH_TIMEOUT(snapshot(windows->root()), byClick, known ? 500 : 5000);
+        QTRY_COMPARE(snapshot(windows->root()), byClick);
     }
 
     void browserScrollsAtOnce_data()
