@@ -32,7 +32,7 @@ constexpr std::string_view bodyTag = "BODY ";
 class Lines
 {
 public:
-    Lines(int fd, off_t offset) : fd(fd), end(offset) {}
+    Lines(int file, off_t offset) : fd(file), end(offset) {}
 
     // False at the end of the file and when given up.
     bool next(std::string& line)
