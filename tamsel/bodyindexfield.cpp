@@ -11,8 +11,8 @@
 #include <QMenu>
 #include <QMouseEvent>
 
-BodyIndexField::BodyIndexField(QWidget* tab, QLineEdit* fileField)
-    : QObject(tab), tab(tab), fileField(fileField)
+BodyIndexField::BodyIndexField(QWidget* owner, QLineEdit* file)
+    : QObject(owner), tab(owner), fileField(file)
 {
     indexEdit = new QLineEdit(tab);
     indexEdit->setObjectName("inputFile");

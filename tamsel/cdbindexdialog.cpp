@@ -12,8 +12,8 @@
 #include <QScreen>
 #include <QTableView>
 
-QCDBIndexDialog::QCDBIndexDialog(QWidget* parent, const char*, QString dbFile)
-    : QDialog(parent), dbFile(dbFile)
+QCDBIndexDialog::QCDBIndexDialog(QWidget* parent, const char*, QString file)
+    : QDialog(parent), dbFile(file)
 {
     setObjectName("ListDialog");
     const int fh = QFontMetrics(QApplication::font()).height();
