@@ -108,6 +108,8 @@ private slots:
         QVERIFY(!QFile::exists(scratch.filePath("INJECTED")));
         if (!named.isEmpty()) {
             QVERIFY(runs.isEmpty());
+            // No scratch file of ours is left, whatever step failed.
+            QCOMPARE(QDir(dir).entryList({".tamsel-*"}, QDir::Files | QDir::Hidden), QStringList());
             if (full) { // nothing left behind, the old file whole
                 QFile old(dir + "/runtamsel.bat");
                 QVERIFY(old.open(QIODevice::ReadOnly) && old.readAll() == "old\n");

@@ -253,6 +253,8 @@ private slots:
         QTest::newRow("killed")                 << "Mode Shapes" << "#!/bin/sh\nkill -KILL $$\n" << 0 << b8 + " (not written: ended by signal 9, Killed)";
         QTest::newRow("immutable")              << "Mode Shapes"          << "immutable" << 1  << b8 + " (not written: Operation not permitted)";
         QTest::newRow("link planted as report") << "Mode Shapes"          << "link"      << 1  << b8;
+        // Rewritten in place, its date kept to the second: still this run's report.
+        QTest::newRow("rewritten in place") << "Mode Shapes" << "#!/bin/sh\nt=$(stat -c %Y \"$3\")\necho new >> \"$3\"\ntouch -d @$t \"$3\"\nexit 1\n" << 0 << b8;
         QTest::newRow("working directory deleted") << "Mode Shapes" << "deleted" << 0
             << "Unable To Run: The working directory %D/gone no longer exists.\nNothing was run. [OK] OK/OK";
         // clang-format on
