@@ -40,6 +40,8 @@ private slots:
         QTest::newRow("link to /dev/zero")   << "zero"       << qint64(0) << false << error << mib;
         QTest::newRow("FIFO")                << "fifo"       << qint64(0) << false << error << mib;
         QTest::newRow("directory")           << "dir"        << qint64(0) << false << error << mib;
+        // Only its name counts: a file written through a link is no report of this run.
+        QTest::newRow("link's file written") << "link"       << qint64(0) << false << error << mib;
         QTest::newRow("64 GiB sparse")       << "sparse"     << 4 * mib   << false << note  << 4 * mib;
         QTest::newRow("over the page's memory") << "lines"   << 2 * mib   << false << note  << 2 * mib;
         QTest::newRow("line without end, cancelled") << "endless" << qint64(0) << true << "" << 16 * mib;
@@ -57,6 +59,7 @@ private slots:
         Standins standins(dir.path()); // the translator the command names
         QVERIFY(dir.write("in.zeb", "zeb\n"));
         const QByteArray path = QFile::encodeName(dir.filePath("in.rpt"));
+        QVERIFY(report != "link" || (dir.write("elsewhere", "") && QFile::link("elsewhere", path)));
         bool ran = false;
         ZEBReport::runTool = [&](const std::string&) {
             ran = true;
@@ -67,6 +70,8 @@ private slots:
                 made = ::mkfifo(path, 0600) == 0;
             else if (report == "dir")
                 made = ::mkdir(path, 0700) == 0;
+            else if (report == "link")
+                made = dir.write("elsewhere", QByteArray("not a report\n").repeated(20));
             else if (report == "sparse")
                 made = dir.write("in.rpt", "") && QFile::resize(path, qint64(64) << 30);
             else if (report == "lines")
