@@ -186,11 +186,13 @@ private slots:
                 QCOMPARE(progress.labelText(), "Parsing Block 8");
                 progress.cancel();
             };
-        // Block 2 holds a line of two blanks between empty lines: only it shows.
-        dir.write("empty.zeb",
+        // Block 2 holds a line of two blanks between empty lines: only it shows. The
+        // folder's name holds the "::" that the translator's operand adds.
+        QVERIFY(QDir().mkdir("a::b"));
+        dir.write("a::b/empty.zeb",
                   "ZEB 1.0  x\nblock 1  Version code\n\nblock 2  Header\n\n  \n\nend\n");
-        const QString path =
-            input == "empty.zeb" ? dir.filePath(input) : Standins::examplesDir() + "/" + input;
+        const QString path = input == "empty.zeb" ? dir.filePath("a::b/" + input)
+                                                  : Standins::examplesDir() + "/" + input;
         ZEBBrowser tab(nullptr, "ZEBBrowser");
         tab.findChild<QMFileLineEdit*>("inputFile")->setText(path);
         if (!index.isEmpty()) // the index field comes after the file field
