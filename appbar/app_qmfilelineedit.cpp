@@ -40,8 +40,8 @@ public:
 
 } // namespace
 
-QMFileLineEdit::QMFileLineEdit(QWidget* parent, const char* name, int mode)
-    : QLineEdit(parent), mode(mode)
+QMFileLineEdit::QMFileLineEdit(QWidget* parent, const char* name, int kind)
+    : QLineEdit(parent), mode(kind)
 {
     setObjectName(QString::fromLatin1(name));
     installEventFilter(new MouseMenuBlocker(this));

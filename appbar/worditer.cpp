@@ -82,13 +82,14 @@ int lastIndexOfClass(const QRegularExpression& rx, const QString& text, int from
 
 // Empty text keeps the values below: no word anywhere (-1), length 0, and the
 // delimiter with its class as setDelim() would leave them.
-wordIter::wordIter(const QString& text, char delim)
-    : pos(-1), first(-1), last(-1), length(0), delim(delim), rx(wordClass(delim)), valid(false)
+wordIter::wordIter(const QString& source, char delimiter)
+    : pos(-1), first(-1), last(-1), length(0), delim(delimiter), rx(wordClass(delimiter)),
+      valid(false)
 {
-    if (text.isEmpty())
+    if (source.isEmpty())
         return;
-    this->text = text;
-    init(delim);
+    text = source;
+    init(delimiter);
 }
 
 wordIter::wordIter(const wordIter& other) = default;
@@ -97,19 +98,19 @@ wordIter::~wordIter() = default;
 
 wordIter& wordIter::operator=(const wordIter& other) = default;
 
-void wordIter::init(char delim)
+void wordIter::init(char delimiter)
 {
     valid = true;
     text = text.simplified();
     length = size_t(text.size());
-    setDelim(delim);
+    setDelim(delimiter);
     pos = first;
 }
 
-void wordIter::setDelim(char delim)
+void wordIter::setDelim(char delimiter)
 {
-    this->delim = delim;
-    rx = QRegularExpression(wordClass(delim));
+    delim = delimiter;
+    rx = QRegularExpression(wordClass(delimiter));
     refresh();
 }
 

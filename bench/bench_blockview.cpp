@@ -4,7 +4,13 @@
 // wrapping). Each case runs in a child process of its own, so that its peak
 // memory is its alone.
 //
-//     bench_blockview [LINES]      default: 10000, 100000 and 1000000 in turn
+// Built optimised in a folder of its own (the release preset's has the
+// benchmarks off), from a fresh clone; it writes only to a temporary folder:
+//     scripts/install-deps build
+//     cmake -S . -B build-bench -G Ninja -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=ON
+//     cmake --build build-bench --target bench_blockview
+//     QT_QPA_PLATFORM=offscreen build-bench/bin/bench_blockview [LINES]
+// Default: 10000, 100000 and 1000000 in turn.
 #include "benchsupport.h"
 #include "blockreader.h"
 #include "blockview.h"

@@ -4,7 +4,13 @@
 // is taken and the file written, and the memory that adds. Printed next to
 // the goals.
 //
-//     bench_copy [LINES]      the big page's lines, default 10000000
+// Built optimised in a folder of its own (the release preset's has the
+// benchmarks off), from a fresh clone; it writes only to a temporary folder:
+//     scripts/install-deps build
+//     cmake -S . -B build-bench -G Ninja -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=ON
+//     cmake --build build-bench --target bench_copy
+//     QT_QPA_PLATFORM=offscreen build-bench/bin/bench_copy [LINES]
+// The big page's lines, default 10000000.
 #include "benchsupport.h"
 #include "blockview.h"
 #include "residentmemory.h"

@@ -4,7 +4,12 @@
 // answering, and the memory the page added against the report's size, next
 // to the goals.
 //
-//     bench_longline [MEGABYTES]
+// Built optimised in a folder of its own (the release preset's has the
+// benchmarks off), from a fresh clone; it writes only to a temporary folder:
+//     scripts/install-deps build
+//     cmake -S . -B build-bench -G Ninja -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=ON
+//     cmake --build build-bench --target bench_longline
+//     QT_QPA_PLATFORM=offscreen build-bench/bin/bench_longline [MEGABYTES]
 #include "benchsupport.h"
 #include "blockview.h"
 #include "residentmemory.h"

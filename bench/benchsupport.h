@@ -16,14 +16,16 @@
 
 // The browser's own road from the tool's end: the report at path, written
 // for block 8 (nine leading lines), read back onto a page shown at size,
-// progress dialog and all. The run only marks the report as its own.
+// progress dialog and all. The run only marks the report as its own. The
+// input BASE.zeb beside it is made empty when missing and never touched
+// when there: a path may be a user's, not the benchmark's own folder.
 inline QWidget* openReportPage(const QString& path, QSize size)
 {
     if (qEnvironmentVariableIsEmpty("OKT_ZEB2MTX")) // found, never run
         qputenv("OKT_ZEB2MTX", "/bin/true");
     const QFileInfo report(path);
     QDir::setCurrent(report.path());
-    QFile(report.completeBaseName() + ".zeb").open(QIODevice::WriteOnly);
+    QFile(report.completeBaseName() + ".zeb").open(QIODevice::WriteOnly | QIODevice::NewOnly);
     ZEBReport::runTool = [name = report.fileName()](const std::string&) {
         QFile file(name);
         file.open(QIODevice::ReadWrite);

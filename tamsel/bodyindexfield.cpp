@@ -23,7 +23,8 @@ BodyIndexField::BodyIndexField(QWidget* owner, QLineEdit* field)
 
     indexMenu = new QMenu;
     indexMenu->setObjectName("Select Index");
-    indexMenu->addAction("Select a Flexible Body from HX DB", tab, SLOT(selectIndexFromCDB()));
+    indexMenu->addAction("Select a Flexible Body from HX DB", this,
+                         &BodyIndexField::selectIndexFromCDB);
 }
 
 // The menu has no parent; it goes with the tab rather than leak.

@@ -13,10 +13,9 @@ class QMenu;
 // and lets the user pick the body from a list.
 //
 // The tab keeps the field and the menu as its own members, installs itself
-// as the field's event filter (done here), has the file field's
-// textChanged() call its checkCDB() slot (filerow::addIndexField), and forwards its checkCDB(),
-// selectIndexFromCDB() and eventFilter() here. The menu entry calls the
-// tab's selectIndexFromCDB() slot, so the tab must have one.
+// as the field's event filter (done here), and forwards its checkCDB(),
+// selectIndexFromCDB() and eventFilter() here. A change of the file field
+// (filerow::addIndexField) and the menu entry call this object directly.
 class BodyIndexField : public QObject
 {
     Q_OBJECT

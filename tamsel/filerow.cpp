@@ -74,7 +74,7 @@ BodyIndexField* addIndexField(QBoxLayout* row, QWidget* tab, QLineEdit* fileFiel
     auto* field = new BodyIndexField(tab, fileField);
     title->setBuddy(field->lineEdit());
     row->addWidget(field->lineEdit(), 10);
-    QObject::connect(fileField, SIGNAL(textChanged(QString)), tab, SLOT(checkCDB()));
+    QObject::connect(fileField, &QLineEdit::textChanged, field, &BodyIndexField::checkCDB);
     return field;
 }
 

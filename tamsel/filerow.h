@@ -45,7 +45,7 @@ QMFileLineEdit* addFileField(QBoxLayout* row, QWidget* tab, const QString& label
 QMFileLineEdit* addZebField(QBoxLayout* row, QWidget* tab, const QString& label, const char* name);
 
 // The label "Index: " and the body index field of fileField, added to the row
-// with stretch 10 each; a change of the file field calls the tab's checkCDB().
+// with stretch 10 each; a change of the file field checks the index.
 BodyIndexField* addIndexField(QBoxLayout* row, QWidget* tab, QLineEdit* fileField);
 
 } // namespace filerow

@@ -60,7 +60,7 @@ private slots:
         QVERIFY(QTest::qWaitForWindowExposed(&shown));
         std::printf("window %llu\n", static_cast<unsigned long long>(shown.winId()));
         std::fflush(stdout);
-        runCommand("sh -c \"sleep 3; touch done\"", "ping");
+        runCommand("sh -c \"touch started; sleep 3; touch done\"", "ping");
     }
 
     void pingDuringRun()
@@ -98,7 +98,7 @@ private slots:
             }
         }
         QVERIFY(id != 0);
-        QTest::qWait(1000); // the run is under way
+        QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(dir.filePath("started")), 20000);
         xcb_client_message_event_t ping{};
         ping.response_type = XCB_CLIENT_MESSAGE;
         ping.format = 32;

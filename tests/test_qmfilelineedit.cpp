@@ -16,7 +16,7 @@ namespace
 
 // The field under test, shown so that it takes mouse events.
 struct Field : QMFileLineEdit {
-    explicit Field(int mode, const QString& text = "") : QMFileLineEdit(nullptr, "inputFile", mode)
+    explicit Field(int kind, const QString& text = "") : QMFileLineEdit(nullptr, "inputFile", kind)
     {
         setText(text);
         changed.clear();

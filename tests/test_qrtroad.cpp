@@ -211,6 +211,10 @@ private slots:
              "entry may hold at most 131071 bytes.\nShorten the node list. Nothing was run. [OK] "
              "OK/OK"},
             " earlier", 0);
+        // Exactly at the limit it still fits: the kernel's limit counts the NUL.
+        const QString most = QString("1 ").repeated(65500);
+        row("options at the limit: set", "Apply;Nodes=" + most, "beam.out", {},
+            defaults + "coarsen(0.15, 15, 1, " + most + ")", 1);
     }
 
     void road()

@@ -36,8 +36,8 @@ private slots:
         QTest::addColumn<QByteArrayList>("bodies");
 
         const QByteArrayList none;
-        // 1022 ASCII bytes and a two-byte character: 1024 bytes do not fit.
-        const QByteArray clipped = QByteArray(1022, 'a') + "ü" + QByteArray(100, 'b');
+        // 1021 ASCII bytes and a four-byte character: 1025 bytes do not fit.
+        const QByteArray clipped = QByteArray(1021, 'a') + "\U0001F600" + QByteArray(100, 'b');
         // clang-format off
         QTest::newRow("bytes kept, CR LF")
             << QByteArray("HXDB 1\r\nBODY arm_left   nodes=1234 units=mm\nBODY   Bügel links: a::b  \t\r\nBODY \n")
@@ -46,7 +46,7 @@ private slots:
             << QByteArray("HXDB 1\n# comment\nBODY a\nbody b\n BODY c\nBODYd\nBODY e") << QByteArrayList{"a", "e"};
         QTest::newRow("clipped whole")
             << "HXDB 1\nBODY " + clipped + "\nBODY " + QByteArray(1023, 'c')
-            << QByteArrayList{QByteArray(1022, 'a'), QByteArray(1023, 'c')};
+            << QByteArrayList{QByteArray(1021, 'a'), QByteArray(1023, 'c')};
         QTest::newRow("empty file")             << QByteArray("")                         << none;
         QTest::newRow("wrong version")          << QByteArray("HXDB 2\nBODY a\n")         << none;
         QTest::newRow("magic not first")        << QByteArray("\nHXDB 1\nBODY a\n")       << none;

@@ -229,11 +229,13 @@ private slots:
                 QCOMPARE(progress.labelText(), "Parsing Block 8");
                 progress.cancel();
             };
-        // Block 2 holds a line of two blanks between empty lines: only it shows.
-        dir.write("empty.zeb",
+        // Block 2 holds a line of two blanks between empty lines: only it shows. The
+        // folder's name holds the "::" that the translator's operand adds.
+        QVERIFY(QDir().mkdir("a::b"));
+        dir.write("a::b/empty.zeb",
                   "ZEB 1.0  x\nblock 1  Version code\n\nblock 2  Header\n\n  \n\nend\n");
-        const QString path =
-            input == "empty.zeb" ? dir.filePath(input) : Standins::examplesDir() + "/" + input;
+        const QString path = input == "empty.zeb" ? dir.filePath("a::b/" + input)
+                                                  : Standins::examplesDir() + "/" + input;
         ZEBBrowser tab(nullptr, "ZEBBrowser");
         tab.findChild<QMFileLineEdit*>("inputFile")->setText(path);
         if (!index.isEmpty()) // the index field comes after the file field
@@ -355,6 +357,8 @@ private slots:
         QTest::newRow("immutable")              << "Mode Shapes"          << "immutable" << 1  << b8 + " (not written: Operation not permitted)";
         QTest::newRow("link planted as report") << "Mode Shapes"          << "link"      << 1  << b8;
         QTest::newRow("written, exit 0") << "Mode Shapes" << "#!/bin/sh\necho new >\"$3\"\n" << 0 << b8 + " (failed: the translator's exit code was 0)";
+        // Rewritten in place, its date kept to the second: still this run's report.
+        QTest::newRow("rewritten in place") << "Mode Shapes" << "#!/bin/sh\nt=$(stat -c %Y \"$3\")\necho new >> \"$3\"\ntouch -d @$t \"$3\"\nexit 1\n" << 0 << b8;
         QTest::newRow("working directory deleted") << "Mode Shapes" << "deleted" << 0
             << "Unable To Run: The working directory %D/gone no longer exists.\nNothing was run. [OK] OK/OK";
         // clang-format on

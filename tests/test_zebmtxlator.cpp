@@ -38,7 +38,8 @@ private slots:
         const QList<QPair<QString, QString>> names{
             {"ARM.MTX", "ARM.MTX"},   {"arm.txt", "arm.txt"}, {"a.b.c", "a.b.c"},
             {"x.b/c", "x.b/c"},       {"arm", "arm.mtx"},     {"  arm  ", "arm.mtx"},
-            {"abc.de", "abc.de.mtx"}, {"ab", "ab.mtx"},       {"arm.mtxx", "arm.mtxx.mtx"}};
+            {"abc.de", "abc.de.mtx"}, {"ab", "ab.mtx"},       {"arm.mtxx", "arm.mtxx.mtx"},
+            {".abc", ".abc"}};
         for (const auto& [typed, name] : names)
             QTest::newRow(qPrintable("output name " + typed))
                 << L{"inputCombo=beam.zeb", "outputLE=" + typed} << L{"Cancel"}
