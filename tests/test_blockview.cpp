@@ -240,6 +240,23 @@ private slots:
         }
     }
 
+    // Find Previous into earlier lines: a short non-ASCII line searched from its end, and a
+    // line longer than a search window with a match across the windows' edge.
+    void findBack()
+    {
+        const qsizetype window = qsizetype(1) << 20;
+        const BlockText wide = BlockText::fromString("\u00E9 " + QString(window, 'a') + "XYZ" +
+                                                     QString(window - 3, 'a') + "\nend\n");
+        // clang-format off
+        for (const auto& [text, needle, column] : QList<std::tuple<const BlockText*, QString, qsizetype>>{
+                 {&lines, "\u00FC\u00DFe", 2}, {&wide, "XYZ", window + 2}}) {
+            // clang-format on
+            const BlockViewSearch search(*text, needle, Qt::CaseSensitive);
+            const BlockViewSearch::Hit hit = search.find(text->lineCount() - 1, 0, true);
+            QCOMPARE(hit.column, column);
+        }
+    }
+
     void interact_data()
     {
         // Keys in the view; "drag" with the mouse, or a text to find and keys in the find
