@@ -11,6 +11,8 @@
 
 #include <cstdio>
 
+#include <unistd.h>
+
 // What the benchmarks share: a way onto the browser's page, a line of a
 // report, and a row of results beside its goal.
 
@@ -26,10 +28,13 @@ inline QWidget* openReportPage(const QString& path, QSize size)
     const QFileInfo report(path);
     QDir::setCurrent(report.path());
     QFile(report.completeBaseName() + ".zeb").open(QIODevice::WriteOnly | QIODevice::NewOnly);
-    ZEBReport::runTool = [name = report.fileName()](const std::string&) {
-        QFile file(name);
-        file.open(QIODevice::ReadWrite);
-        file.setFileTime(QDateTime::currentDateTime(), QFileDevice::FileModificationTime);
+    // The report goes aside before each run, so the stand-in translator
+    // hands the prepared one over as a new name, as a real one writes anew.
+    const QString made = report.fileName() + ".made";
+    if (!QFile::exists(made))
+        QFile::rename(report.fileName(), made);
+    ZEBReport::runTool = [name = report.fileName(), made](const std::string&) {
+        ::link(QFile::encodeName(made).constData(), QFile::encodeName(name).constData());
         return 1 << 8;
     };
     ZEBReport job(report.completeBaseName() + ".zeb", "1");
