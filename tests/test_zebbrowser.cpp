@@ -257,6 +257,9 @@ private slots:
         // Never written through a link Tamsel did not make; the user's own is.
         QCOMPARE(dir.read("victim"),
                  how.endsWith("# link") ? QByteArray("block 8\n").repeated(10) : "keep");
+        // An old report set aside for the run leaves no copy in the user's folder.
+        QCOMPARE(QDir(dir.path()).entryList({".tamsel-*"}, QDir::Hidden | QDir::AllEntries),
+                 QStringList());
         // Every page runs the tool once into the one report of the input.
         QCOMPARE(standins.runs().size(), how.startsWith("#!") ? 0 : pages.size());
         for (const Standins::Run& run : standins.runs())
