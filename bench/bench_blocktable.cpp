@@ -27,24 +27,6 @@
 namespace
 {
 
-// Mode Shapes as the layout has them: a 5-character ID and six 18-character
-// components; 20 modes of equal node count, one after the other.
-void writeReport(const QString& path, qint64 lines)
-{
-    QFile file(path);
-    file.open(QIODevice::WriteOnly);
-    file.write(QByteArray("  MODE SHAPES, a line of the heading\n").repeated(9));
-    const qint64 nodes = std::max<qint64>(1, lines / 20);
-    char line[160];
-    for (qint64 i = 0; i < lines; ++i) {
-        const qint64 node = i % nodes + 1, mode = i / nodes + 1;
-        const double v = double((node * 7919 + mode * 104729) % 9973) / 7.0 - 600.0;
-        std::snprintf(line, sizeof line, "%5lld%18.6E%18.6E%18.6E%18.6E%18.6E%18.6E\n",
-                      static_cast<long long>(node), v, -v / 3, v * 1e-3, v / 11, -v * 7, v / 5);
-        file.write(line);
-    }
-}
-
 // Counts the paints of the widgets it watches.
 struct Probe : QObject {
     int paints = 0;
@@ -154,7 +136,7 @@ int main(int argc, char** argv)
     const qint64 lines = argc > 1 ? std::max(1LL, QByteArray(argv[1]).toLongLong()) : 1000000;
     QTemporaryDir dir;
     const QString path = dir.filePath("report.rpt");
-    writeReport(path, lines);
+    writeModeShapesReport(path, lines, false);
     const double reportMb = double(QFile(path).size()) / 1048576;
     BlockPage* page = openPage(path);
     if (!page) {

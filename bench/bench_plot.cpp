@@ -24,25 +24,6 @@
 namespace
 {
 
-// Twenty modes, each under its heading line, of the same nodes.
-void writeReport(const QString& path, qint64 lines)
-{
-    QFile file(path);
-    file.open(QIODevice::WriteOnly);
-    file.write(QByteArray("  MODE SHAPES, a line of the heading\n").repeated(9));
-    const qint64 nodes = std::max<qint64>(1, lines / 20);
-    char line[160];
-    for (qint64 i = 0; i < lines; ++i) {
-        const qint64 node = i % nodes + 1, mode = i / nodes + 1;
-        if (node == 1)
-            file.write(QByteArray("  Mode ") + QByteArray::number(mode) + "\n");
-        const double v = double((node * 7919 + mode * 104729) % 9973) / 7.0 - 600.0;
-        std::snprintf(line, sizeof line, "%5lld%18.6E%18.6E%18.6E%18.6E%18.6E%18.6E\n",
-                      static_cast<long long>(node), v, -v / 3, v * 1e-3, v / 11, -v * 7, v / 5);
-        file.write(line);
-    }
-}
-
 double cpuSeconds()
 {
     return double(std::clock()) / CLOCKS_PER_SEC;
@@ -88,7 +69,7 @@ int main(int argc, char** argv)
     const int runs = argc > 2 ? std::max(1, QByteArray(argv[2]).toInt()) : 3;
     QTemporaryDir dir;
     const QString path = dir.filePath("report.rpt");
-    writeReport(path, lines);
+    writeModeShapesReport(path, lines, true);
     std::printf("%lld lines of Mode Shapes in 20 modes; CPU time, median of %d runs\n",
                 static_cast<long long>(lines), runs);
 

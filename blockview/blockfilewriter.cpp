@@ -4,6 +4,7 @@
 #include "platform/files.h"
 
 #include <QFile>
+#include <QFileDialog>
 #include <QMessageBox>
 #include <QProgressDialog>
 
@@ -82,4 +83,17 @@ bool BlockFileWriter::writeOrWarn(QWidget* parent, const QString& label, const Q
     if (!error.isEmpty())
         warn(parent, path, error);
     return false;
+}
+
+QString BlockFileWriter::askSaveInstead(QWidget* parent, qint64 bytes)
+{
+    const QString size = QString::number(double(bytes) / (1 << 20), 'f', 0);
+    if (QMessageBox::question(parent, QObject::tr("Copy"),
+                              QObject::tr("The selection holds %1 MiB of text, too much for the "
+                                          "clipboard.\nSave it to a file instead?")
+                                  .arg(size),
+                              QMessageBox::Save | QMessageBox::Cancel,
+                              QMessageBox::Save) != QMessageBox::Save)
+        return {};
+    return QFileDialog::getSaveFileName(parent, QObject::tr("Save Selection"));
 }

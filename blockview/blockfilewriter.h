@@ -31,6 +31,9 @@ public:
     // The same, with a warning on parent when it fails.
     static bool writeOrWarn(QWidget* parent, const QString& label, const QString& path,
                             const NextPiece& next);
+    // Asks on parent whether a selection of so many bytes, too big for the
+    // clipboard, goes to a file instead, and which; empty: it does not.
+    static QString askSaveInstead(QWidget* parent, qint64 bytes);
     // Told of each progress dialog when it is made (tests cancel it).
     static std::function<void(QProgressDialog&)> progressDialogMade;
 };

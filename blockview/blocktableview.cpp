@@ -9,7 +9,6 @@
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QMenu>
-#include <QMessageBox>
 
 #include <memory>
 
@@ -134,15 +133,7 @@ void BlockTableView::copy()
 
 void BlockTableView::saveCopy(const BlockFileWriter::NextPiece& next, qint64 bytes)
 {
-    const QString size = QString::number(double(bytes) / (1 << 20), 'f', 0);
-    if (QMessageBox::question(this, "Copy",
-                              QString("The selection holds about %1 MB of text, too much for "
-                                      "the clipboard.\nSave it to a file instead?")
-                                  .arg(size),
-                              QMessageBox::Save | QMessageBox::Cancel,
-                              QMessageBox::Save) != QMessageBox::Save)
-        return;
-    const QString path = QFileDialog::getSaveFileName(this, "Save Selection");
+    const QString path = BlockFileWriter::askSaveInstead(this, bytes);
     if (!path.isEmpty())
         BlockFileWriter::writeOrWarn(this, "Saving the selection", path, next);
 }

@@ -1,5 +1,6 @@
 #include "blockview.h"
 
+#include "blockfilewriter.h"
 #include "blockviewaccessible.h"
 #include "blockviewfindbar.h"
 #include "blockviewsearch.h"
@@ -9,7 +10,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QContextMenuEvent>
-#include <QFileDialog>
+#include <QFile>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMessageBox>
@@ -421,15 +422,7 @@ bool BlockView::forEachSelectedPiece(const std::function<bool(QByteArrayView)>& 
 // a progress dialog; a cancelled or failed save leaves no file behind.
 void BlockView::saveSelection()
 {
-    const QString size = QString::number(double(selectionBytes()) / (1 << 20), 'f', 0);
-    if (QMessageBox::question(this, tr("Copy"),
-                              tr("The selection holds %1 MiB of text, too much for the "
-                                 "clipboard.\nSave it to a file instead?")
-                                  .arg(size),
-                              QMessageBox::Save | QMessageBox::Cancel,
-                              QMessageBox::Save) != QMessageBox::Save)
-        return;
-    const QString path = QFileDialog::getSaveFileName(this, tr("Save Selection"));
+    const QString path = BlockFileWriter::askSaveInstead(this, selectionBytes());
     if (path.isEmpty())
         return;
     platform::FileReplacement file(QFile::encodeName(path).toStdString());
