@@ -146,14 +146,19 @@ QByteArray moveAside(const QString& report)
     return {};
 }
 
-// A run that left nothing at the name gets the old report back; otherwise
-// it goes.
+// A run that left nothing at the name gets the old report back, never over
+// what the run left; otherwise it goes. Where the file system knows neither
+// a rename that refuses to replace nor hard links (FAT), the old report
+// stays aside rather than being lost.
 void putBack(const QByteArray& aside, const QString& report)
 {
     if (aside.isEmpty())
         return;
-    // link() never replaces what the run may have left.
-    (void)::link(aside.constData(), QFile::encodeName(report).constData());
+    const QByteArray name = QFile::encodeName(report);
+    if (::renameat2(AT_FDCWD, aside.constData(), AT_FDCWD, name.constData(), RENAME_NOREPLACE) == 0)
+        return;
+    if (errno != EEXIST && ::link(aside.constData(), name.constData()) != 0 && errno != EEXIST)
+        return;
     ::unlink(aside.constData());
 }
 
