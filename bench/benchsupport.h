@@ -3,7 +3,6 @@
 #include "zebreport.h"
 
 #include <QCoreApplication>
-#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -35,8 +34,9 @@ inline QWidget* openReportPage(const QString& path, QSize size)
     if (!QFile::exists(made))
         QFile::rename(report.fileName(), made);
     ZEBReport::runTool = [name = report.fileName(), made](const std::string&) {
-        ::link(QFile::encodeName(made).constData(), QFile::encodeName(name).constData());
-        return 1 << 8;
+        return ::link(QFile::encodeName(made).constData(), QFile::encodeName(name).constData()) == 0
+                   ? 1 << 8
+                   : 0;
     };
     ZEBReport job(report.completeBaseName() + ".zeb", "1");
     auto* page = new QWidget;
