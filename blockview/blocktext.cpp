@@ -62,6 +62,8 @@ void BlockText::appendLine(const char* data, qsizetype size)
         longest = lineCount() - 1;
     if (!offsets.empty())
         offsets.clear();
+    if (size > longLineBytes)
+        indexLastLine();
 }
 
 void BlockText::appendToLastLine(const char* data, qsizetype size)
@@ -75,7 +77,8 @@ void BlockText::appendToLastLine(const char* data, qsizetype size)
     if (lineView(lineCount() - 1).size() > lineView(longest).size())
         longest = lineCount() - 1;
     offsets.clear();
-    longLines.erase(lineCount() - 1);
+    if (isLong(lineCount() - 1))
+        indexLastLine();
 }
 
 void BlockText::prependLine(QByteArrayView line)
@@ -98,7 +101,10 @@ void BlockText::prependLine(QByteArrayView line)
     else
         longest = 0;
     offsets.clear();
-    longLines.clear();
+    std::unordered_map<qsizetype, LongLine> moved;
+    for (auto& [index, entry] : longLines)
+        moved.emplace(index + 1, std::move(entry));
+    longLines = std::move(moved);
 }
 
 qint64 BlockText::memoryUse() const
@@ -173,7 +179,7 @@ bool BlockText::isAscii(QByteArrayView view)
 qsizetype BlockText::lineLength(qsizetype line) const
 {
     if (isLong(line))
-        return longLine(line).length;
+        return longLineFacts(line).length;
     const QByteArrayView view = lineView(line);
     // Invalid bytes decode to U+FFFD, so only decoding tells the length.
     return isAscii(view) ? view.size() : QString::fromUtf8(view).size();
@@ -208,35 +214,42 @@ qsizetype BlockText::lineAtOffset(qsizetype offset) const
 
 bool BlockText::isAsciiLine(qsizetype line) const
 {
-    return isLong(line) ? longLine(line).ascii : isAscii(lineView(line));
+    return isLong(line) ? longLineFacts(line).ascii : isAscii(lineView(line));
 }
 
-const BlockText::LongLine& BlockText::longLine(qsizetype line) const
+BlockText::LineFacts BlockText::longLineFacts(qsizetype line) const
 {
-    const auto found = longLines.find(line);
-    if (found != longLines.end())
-        return found->second;
-    return longLines.emplace(line, indexLine(lineView(line))).first->second;
+    const LongLine& index = longLines.at(line);
+    const QByteArrayView rest = lineView(line).sliced(index.indexedBytes);
+    if (isAscii(rest))
+        return {index.ascii, qsizetype(index.indexedColumns + rest.size())};
+    QString buffer(rest.size() + 4, Qt::Uninitialized);
+    return {false, qsizetype(index.indexedColumns + decodeChunk(rest, buffer.data()))};
 }
 
-BlockText::LongLine BlockText::indexLine(QByteArrayView stored) const
+// Indexes the chunks of the last line whose ends are known: a chunk's end
+// may move up to three bytes on to a character's start.
+void BlockText::indexLastLine()
 {
-    LongLine index;
-    index.length = stored.size();
-    if (isAscii(stored))
-        return index;
-    index.ascii = false;
-    QString buffer(chunkBytes + 4, Qt::Uninitialized);
-    qint64 column = 0;
-    for (qsizetype at = 0; at < stored.size();) {
-        const qsizetype next = chunkStart(stored, std::min(at + chunkBytes, stored.size()));
+    const QByteArrayView stored = lineView(lineCount() - 1);
+    LongLine& index = longLines[lineCount() - 1];
+    QString buffer;
+    while (index.indexedBytes + chunkBytes + 3 <= stored.size()) {
+        const qsizetype at = index.indexedBytes;
+        const qsizetype next = chunkStart(stored, at + chunkBytes);
+        const QByteArrayView chunk = stored.sliced(at, next - at);
         index.chunkBytes.push_back(at);
-        index.chunkColumns.push_back(column);
-        column += decodeChunk(stored.sliced(at, next - at), buffer.data());
-        at = next;
+        index.chunkColumns.push_back(index.indexedColumns);
+        if (isAscii(chunk)) {
+            index.indexedColumns += chunk.size();
+        } else {
+            if (buffer.isEmpty())
+                buffer = QString(chunkBytes + 4, Qt::Uninitialized);
+            index.ascii = false;
+            index.indexedColumns += decodeChunk(chunk, buffer.data());
+        }
+        index.indexedBytes = next;
     }
-    index.length = column;
-    return index;
 }
 
 QString BlockText::lineSlice(qsizetype line, qsizetype column, qsizetype length) const
@@ -244,22 +257,29 @@ QString BlockText::lineSlice(qsizetype line, qsizetype column, qsizetype length)
     const QByteArrayView stored = lineView(line);
     if (!isLong(line))
         return QString::fromUtf8(stored).mid(column, length);
-    const LongLine& index = longLine(line);
-    column = std::clamp<qsizetype>(column, 0, index.length);
-    length = std::clamp<qsizetype>(length, 0, index.length - column);
-    if (index.ascii)
+    const LongLine& index = longLines.at(line);
+    const LineFacts facts = longLineFacts(line);
+    column = std::clamp<qsizetype>(column, 0, facts.length);
+    length = std::clamp<qsizetype>(length, 0, facts.length - column);
+    if (facts.ascii)
         return QString::fromLatin1(stored.sliced(column, length));
-    // From the chunk holding the column, chunk by chunk, as the index counted.
+    // From the chunk holding the column, chunk by chunk as the index
+    // counted, the rest behind the last chunk as one more.
     const auto& starts = index.chunkColumns;
+    const auto pieceStart = [&](size_t piece) {
+        return piece < starts.size()    ? index.chunkBytes[piece]
+               : piece == starts.size() ? index.indexedBytes
+                                        : qint64(stored.size());
+    };
     size_t chunk =
         size_t(std::upper_bound(starts.begin(), starts.end(), column) - starts.begin()) - 1;
     const qsizetype skip = column - starts[chunk];
     QString decoded(skip + length + chunkBytes + 4, Qt::Uninitialized);
     qsizetype filled = 0;
-    for (; filled < skip + length && chunk < starts.size(); ++chunk) {
-        const qint64 from = index.chunkBytes[chunk];
-        const qint64 to = chunk + 1 < starts.size() ? index.chunkBytes[chunk + 1] : stored.size();
-        filled += decodeChunk(stored.sliced(from, to - from), decoded.data() + filled);
+    for (; filled < skip + length && chunk <= starts.size(); ++chunk) {
+        const qint64 from = pieceStart(chunk);
+        filled +=
+            decodeChunk(stored.sliced(from, pieceStart(chunk + 1) - from), decoded.data() + filled);
     }
     return decoded.mid(skip, length);
 }

@@ -59,7 +59,10 @@ public:
 
     // A line longer than this is never decoded whole: its length, its
     // slices and its plainness come from an index of its 4 KiB chunks,
-    // each decoded on its own, made when the line is first asked about.
+    // each decoded on its own. The index grows as the line is appended, so
+    // no question about a line ever waits on a pass over all of it, and a
+    // text once built changes no more: a search may read it from another
+    // thread (all but the character offsets, made on first use).
     static constexpr qsizetype longLineBytes = 16 * 1024;
     bool isLong(qsizetype line) const { return lineView(line).size() > longLineBytes; }
     // Whether a line is plain ASCII (remembered for long lines).
@@ -74,20 +77,26 @@ public:
 private:
     void makeOffsets() const;
 
+    // The chunks of a long line as far as their ends are known; the rest,
+    // shorter than a chunk and three bytes, is decoded when asked about.
     struct LongLine {
-        bool ascii = true;
-        qsizetype length = 0;
-        // Where each chunk starts, in bytes and in UTF-16 units; empty for
-        // plain ASCII, where the two are the same.
+        bool ascii = true; // of the indexed chunks
+        qint64 indexedBytes = 0;
+        qint64 indexedColumns = 0;
+        // Where each chunk starts, in bytes and in UTF-16 units.
         std::vector<qint64> chunkBytes;
         std::vector<qint64> chunkColumns;
     };
-    const LongLine& longLine(qsizetype line) const;
-    LongLine indexLine(QByteArrayView stored) const;
+    struct LineFacts {
+        bool ascii;
+        qsizetype length;
+    };
+    LineFacts longLineFacts(qsizetype line) const;
+    void indexLastLine();
 
     QByteArray bytes;
     std::vector<qint64> ends; // one past each line's last byte
     qsizetype longest = -1;
     mutable std::vector<qint64> offsets; // lineCount() + 1 entries once made
-    mutable std::unordered_map<qsizetype, LongLine> longLines;
+    std::unordered_map<qsizetype, LongLine> longLines;
 };

@@ -3,7 +3,8 @@
 // hold for any bytes:
 // - the line's length and every slice of it agree with the line decoded
 //   whole through the same pieces, and with QString::fromUtf8 when the bytes
-//   are valid UTF-8;
+//   are valid UTF-8; a line appended in parts, as the reader appends one,
+//   agrees with one appended whole;
 // - a search for a piece of the line, on or back from any place, finds
 //   what QString finds in the line decoded whole, tabs as blanks.
 //
@@ -43,6 +44,16 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     require(text.lineSlice(0, column, count) == whole.mid(column, count), "a slice agrees");
     require(text.lineSlice(0, length - count, count * 2) == whole.mid(length - count),
             "a slice is clamped to the line");
+
+    BlockText parted;
+    const qsizetype part = 1 + qsizetype(data[0]) * 97;
+    parted.appendLine(bytes.constData(), std::min(part, bytes.size()));
+    for (qsizetype at = part; at < bytes.size(); at += part)
+        parted.appendToLastLine(bytes.constData() + at, std::min(part, bytes.size() - at));
+    require(parted.lineLength(0) == length && parted.line(0) == whole,
+            "a line appended in parts is the line appended whole");
+    require(parted.lineSlice(0, column, count) == whole.mid(column, count),
+            "a slice of a line appended in parts agrees");
 
     const QString needle = whole.mid(column, count);
     if (needle.isEmpty())
