@@ -16,6 +16,7 @@
 
 #include <QStringDecoder>
 
+#include <algorithm>
 #include <cstdint>
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
