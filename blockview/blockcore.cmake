@@ -13,4 +13,4 @@ add_library(blockcore STATIC
     ${CMAKE_CURRENT_LIST_DIR}/blockplotrange.cpp ${CMAKE_CURRENT_LIST_DIR}/blockplotrange.h
 )
 target_include_directories(blockcore PUBLIC ${CMAKE_CURRENT_LIST_DIR})
-target_link_libraries(blockcore PUBLIC Qt6::Core PRIVATE platform)
+target_link_libraries(blockcore PUBLIC Qt6::Core platform)

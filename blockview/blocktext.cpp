@@ -51,13 +51,13 @@ BlockText BlockText::fromString(const QString& text)
 
 void BlockText::reserve(qsizetype size)
 {
-    bytes.reserve(size);
+    bytes.reserve(size_t(std::max<qsizetype>(size, 0)));
 }
 
 void BlockText::appendLine(const char* data, qsizetype size)
 {
-    bytes.append(data, size);
-    ends.push_back(bytes.size());
+    bytes.append(data, size_t(size));
+    ends.push_back(qint64(bytes.size()));
     if (longest < 0 || size > lineView(longest).size())
         longest = lineCount() - 1;
     if (!offsets.empty())
@@ -72,8 +72,8 @@ void BlockText::appendToLastLine(const char* data, qsizetype size)
         appendLine(data, size);
         return;
     }
-    bytes.append(data, size);
-    ends.back() = bytes.size();
+    bytes.append(data, size_t(size));
+    ends.back() = qint64(bytes.size());
     if (lineView(lineCount() - 1).size() > lineView(longest).size())
         longest = lineCount() - 1;
     offsets.clear();
@@ -83,15 +83,13 @@ void BlockText::appendToLastLine(const char* data, qsizetype size)
 
 void BlockText::prependLine(QByteArrayView line)
 {
-    // In place, with no more room than it needs: this comes when memory is
-    // short (QByteArray::prepend would allocate anew, with room to spare).
-    const qsizetype old = bytes.size();
-    if (bytes.capacity() < old + line.size())
-        bytes.reserve(old + line.size());
+    // In place: this comes when memory is short, and the store grows by
+    // moving its pages rather than copying them.
+    const size_t old = bytes.size();
     if (ends.capacity() == ends.size())
         ends.reserve(ends.size() + 1);
-    bytes.resize(old + line.size());
-    std::memmove(bytes.data() + line.size(), bytes.constData(), size_t(old));
+    bytes.resize(old + size_t(line.size()));
+    std::memmove(bytes.data() + line.size(), bytes.data(), old);
     std::memcpy(bytes.data(), line.data(), size_t(line.size()));
     for (qint64& end : ends)
         end += line.size();
@@ -109,13 +107,14 @@ void BlockText::prependLine(QByteArrayView line)
 
 qint64 BlockText::memoryUse() const
 {
-    return bytes.capacity() + qint64(ends.capacity() * sizeof(qint64));
+    // Room the store has not yet touched costs no memory.
+    return qint64(bytes.footprint()) + qint64(ends.capacity() * sizeof(qint64));
 }
 
 qint64 BlockText::memoryUseAfter(qsizetype lineBytes) const
 {
-    const qint64 needed = qint64(bytes.size()) + lineBytes;
-    const qint64 store = needed <= bytes.capacity() ? bytes.capacity() : 2 * needed;
+    // The store grows by moving its pages, never by copying them.
+    const qint64 store = qint64(bytes.footprint()) + lineBytes;
     const qint64 lines =
         ends.size() < ends.capacity() ? qint64(ends.capacity()) : 2 * qint64(ends.size()) + 1;
     return store + lines * qint64(sizeof(qint64));
@@ -128,13 +127,13 @@ qsizetype BlockText::lineCount() const
 
 qsizetype BlockText::byteCount() const
 {
-    return bytes.size();
+    return qsizetype(bytes.size());
 }
 
 QByteArrayView BlockText::lineView(qsizetype line) const
 {
     const qint64 start = line > 0 ? ends[size_t(line) - 1] : 0;
-    return QByteArrayView(bytes.constData() + start, ends[size_t(line)] - start);
+    return QByteArrayView(bytes.data() + start, ends[size_t(line)] - start);
 }
 
 QByteArray BlockText::lineBytes(qsizetype line) const
@@ -152,7 +151,7 @@ QString BlockText::line(qsizetype line) const
 QString BlockText::toString() const
 {
     QString text;
-    text.reserve(bytes.size() + lineCount());
+    text.reserve(byteCount() + lineCount());
     for (qsizetype i = 0; i < lineCount(); ++i) {
         text += line(i);
         text += QLatin1Char('\n');

@@ -4,6 +4,8 @@
 #include <QByteArrayView>
 #include <QString>
 
+#include "platform/largebuffer.h"
+
 #include <unordered_map>
 #include <vector>
 
@@ -18,7 +20,7 @@ public:
     // line rather than starting an empty one.
     static BlockText fromString(const QString& text);
 
-    // Room for this many bytes, so that appending does not reallocate.
+    // Room for this many bytes, taken from the system only as it is filled.
     void reserve(qsizetype bytes);
     // One line, without its line end.
     void appendLine(const char* data, qsizetype size);
@@ -94,7 +96,7 @@ private:
     LineFacts longLineFacts(qsizetype line) const;
     void indexLastLine();
 
-    QByteArray bytes;
+    platform::LargeBuffer bytes;
     std::vector<qint64> ends; // one past each line's last byte
     qsizetype longest = -1;
     mutable std::vector<qint64> offsets; // lineCount() + 1 entries once made

@@ -4,6 +4,7 @@
 #include "platform/commandline.h"
 #include "platform/console.h"
 #include "platform/environment.h"
+#include "platform/largebuffer.h"
 
 #include "scratchdir.h"
 #include "standins.h"
@@ -120,6 +121,25 @@ private slots:
         QCOMPARE(runs[2].options.size(), longest.size() - 21);
         QCOMPARE(runs[0].options, options);
         QVERIFY(runs[0].optionsSet && !runs[1].optionsSet);
+    }
+
+    // A store grown in steps past its room, from small pages into large
+    // ones, keeps every byte where it was; a moved one hands them over.
+    void largeBufferGrows()
+    {
+        platform::LargeBuffer grown;
+        grown.reserve(100);
+        std::string expected;
+        for (int step = 0; expected.size() < 3 * platform::LargeBuffer::largePage; ++step) {
+            const std::string part(size_t(step) * 7919 % 65536, char('a' + step % 26));
+            grown.append(part.data(), part.size());
+            expected += part;
+        }
+        platform::LargeBuffer moved(std::move(grown));
+        QCOMPARE(moved.size(), expected.size());
+        QVERIFY(std::string(moved.data(), moved.size()) == expected);
+        QCOMPARE(moved.footprint() % platform::LargeBuffer::largePage, size_t(0));
+        QVERIFY(moved.footprint() >= moved.size() && grown.size() == 0);
     }
 
     void terminalChoice_data()

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstddef>
+
+namespace platform
+{
+
+// Fresh memory for a store of up to gigabytes that is filled once and read
+// often. The kernel may back it with large pages where it offers them, which
+// fault in at a fraction of the cost of small ones; growing moves the pages
+// rather than copying them. Throws std::bad_alloc when memory is not had.
+class LargeBuffer
+{
+public:
+    LargeBuffer() = default;
+    ~LargeBuffer();
+    LargeBuffer(LargeBuffer&& other) noexcept;
+    LargeBuffer& operator=(LargeBuffer&& other) noexcept;
+    LargeBuffer(const LargeBuffer&) = delete;
+    LargeBuffer& operator=(const LargeBuffer&) = delete;
+
+    // Room for so many bytes in all; never shrinks.
+    void reserve(std::size_t bytes);
+    void resize(std::size_t bytes);
+    void append(const void* data, std::size_t bytes);
+
+    char* data() { return begin; }
+    const char* data() const { return begin; }
+    std::size_t size() const { return used; }
+    std::size_t capacity() const { return mapped; }
+    // The memory the bytes held take at most: the pages they touch, large
+    // ones where the kernel may have given those.
+    std::size_t footprint() const;
+
+    // Below this a store is mapped in small pages alone.
+    static constexpr std::size_t largePage = std::size_t(2) << 20;
+
+private:
+    char* begin = nullptr;
+    std::size_t used = 0;
+    std::size_t mapped = 0;
+};
+
+} // namespace platform
