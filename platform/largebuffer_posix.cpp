@@ -20,6 +20,12 @@ std::size_t roundUp(std::size_t bytes, std::size_t unit)
     return (bytes + unit - 1) / unit * unit;
 }
 
+std::size_t smallPage()
+{
+    static const std::size_t size = std::size_t(::sysconf(_SC_PAGESIZE));
+    return size;
+}
+
 // Maps bytes (a multiple of the page size) starting at a large page's
 // boundary, so that all of it can be backed by large pages.
 char* mapAligned(std::size_t bytes)
@@ -73,8 +79,7 @@ void LargeBuffer::reserve(std::size_t bytes)
 {
     if (bytes <= mapped)
         return;
-    const std::size_t page = std::size_t(::sysconf(_SC_PAGESIZE));
-    const std::size_t wanted = roundUp(bytes, bytes >= largePage ? largePage : page);
+    const std::size_t wanted = roundUp(bytes, bytes >= largePage ? largePage : smallPage());
     if (!begin) {
         begin = mapAligned(wanted);
         mapped = wanted;
@@ -89,8 +94,7 @@ void LargeBuffer::reserve(std::size_t bytes)
 
 std::size_t LargeBuffer::footprint() const
 {
-    const std::size_t page = std::size_t(::sysconf(_SC_PAGESIZE));
-    return roundUp(used, mapped >= largePage ? largePage : page);
+    return roundUp(used, mapped >= largePage ? largePage : smallPage());
 }
 
 void LargeBuffer::resize(std::size_t bytes)
