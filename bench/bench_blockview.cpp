@@ -200,42 +200,6 @@ void warmUp()
     QCoreApplication::processEvents();
 }
 
-// The numbers a child printed on its last line.
-QList<double> runChild(const QStringList& arguments)
-{
-    QProcess child;
-    child.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    child.start(QCoreApplication::applicationFilePath(), arguments);
-    child.waitForFinished(-1);
-    const QList<QByteArray> lines = child.readAllStandardOutput().trimmed().split('\n');
-    QList<double> numbers;
-    for (const QByteArray& word : lines.last().simplified().split(' '))
-        numbers << (word == "yes" ? 1 : word == "NO" ? 0 : word.toDouble());
-    return numbers;
-}
-
-struct Figure {
-    QList<double> values;
-    double median() const
-    {
-        QList<double> sorted = values;
-        std::sort(sorted.begin(), sorted.end());
-        const qsizetype n = sorted.size();
-        return n == 0 ? 0 : n % 2 ? sorted[n / 2] : (sorted[n / 2 - 1] + sorted[n / 2]) / 2;
-    }
-    double least() const { return *std::min_element(values.begin(), values.end()); }
-    double most() const { return *std::max_element(values.begin(), values.end()); }
-    QByteArray text(const char* format = "%.1f") const
-    {
-        const auto number = [format](double v) {
-            char digits[32];
-            std::snprintf(digits, sizeof digits, format, v);
-            return QByteArray(digits);
-        };
-        return number(median()) + " (" + number(least()) + "-" + number(most()) + ")";
-    }
-};
-
 // The figures of one way: open, end, end shown, drag, drag shown, resize, peak.
 struct Way {
     std::array<Figure, 8> figures;

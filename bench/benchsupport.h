@@ -6,9 +6,11 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QProcess>
 #include <QWidget>
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 
 #include <unistd.h>
@@ -81,3 +83,39 @@ inline void row(const char* what, double value, const char* unit, const char* go
 {
     std::printf("%-40s %10.2f %-3s %-20s %s\n", what, value, unit, goal, met ? "met" : "MISSED");
 }
+
+// The numbers a child printed on its last line.
+inline QList<double> runChild(const QStringList& arguments)
+{
+    QProcess child;
+    child.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    child.start(QCoreApplication::applicationFilePath(), arguments);
+    child.waitForFinished(-1);
+    const QList<QByteArray> lines = child.readAllStandardOutput().trimmed().split('\n');
+    QList<double> numbers;
+    for (const QByteArray& word : lines.last().simplified().split(' '))
+        numbers << (word == "yes" ? 1 : word == "NO" ? 0 : word.toDouble());
+    return numbers;
+}
+
+struct Figure {
+    QList<double> values;
+    double median() const
+    {
+        QList<double> sorted = values;
+        std::sort(sorted.begin(), sorted.end());
+        const qsizetype n = sorted.size();
+        return n == 0 ? 0 : n % 2 ? sorted[n / 2] : (sorted[n / 2 - 1] + sorted[n / 2]) / 2;
+    }
+    double least() const { return *std::min_element(values.begin(), values.end()); }
+    double most() const { return *std::max_element(values.begin(), values.end()); }
+    QByteArray text(const char* format = "%.1f") const
+    {
+        const auto number = [format](double v) {
+            char digits[32];
+            std::snprintf(digits, sizeof digits, format, v);
+            return QByteArray(digits);
+        };
+        return number(median()) + " (" + number(least()) + "-" + number(most()) + ")";
+    }
+};
