@@ -45,7 +45,8 @@ char* mapAligned(std::size_t bytes)
     if (std::size_t tail = std::size_t(start + slack - aligned); tail > 0)
         ::munmap(aligned + bytes, tail);
 #ifdef MADV_HUGEPAGE
-    ::madvise(aligned, bytes, MADV_HUGEPAGE); // a hint: refused, it costs nothing
+    // A hint: refused, it costs nothing.
+    ::madvise(aligned, std::min(bytes, LargeBuffer::largePageReach), MADV_HUGEPAGE);
 #endif
     return aligned;
 }
