@@ -4,8 +4,10 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
+#include <QTimer>
 #include <QWidget>
 
 #include <algorithm>
@@ -14,7 +16,7 @@
 #include <unistd.h>
 
 // What the benchmarks share: a way onto the browser's page, a line of a
-// report, and a row of results beside its goal.
+// report, a watch on the event loop, and a row of results beside its goal.
 
 // The browser's own road from the tool's end: the report at path, written
 // for block 8 (nine leading lines), read back onto a page shown at size,
@@ -81,3 +83,19 @@ inline void row(const char* what, double value, const char* unit, const char* go
 {
     std::printf("%-40s %10.2f %-3s %-20s %s\n", what, value, unit, goal, met ? "met" : "MISSED");
 }
+
+// The longest the event loop went without turning, while a step ran.
+struct Watch : QObject {
+    QElapsedTimer sinceTick;
+    double longest = 0;
+    Watch()
+    {
+        auto* timer = new QTimer(this);
+        connect(timer, &QTimer::timeout, this, [this] {
+            longest = std::max(longest, double(sinceTick.nsecsElapsed()) / 1e6);
+            sinceTick.restart();
+        });
+        timer->start(5);
+        sinceTick.start();
+    }
+};

@@ -5,6 +5,7 @@
 #include "blockreader.h"
 #include "blockrunlayout.h"
 #include "blockview.h"
+#include "blockviewfinder.h"
 #include "blockviewsearch.h"
 #include "dialoganswerer.h"
 #include "scratchdir.h"
@@ -304,6 +305,58 @@ private slots:
                     QCOMPARE(std::tuple(hit.line, hit.column, hit.wrapped),
                              reference(text, needle, cs, {line, column}, backward));
                 }
+    }
+
+    void findAside_data()
+    {
+        QTest::addColumn<QString>("then"); // once the find bar shows progress
+        QTest::addColumn<int>("length");   // of the line searched
+        QTest::newRow("to the end") << "" << 100'000;
+        QTest::newRow("Escape") << "Escape" << 2'000'000;
+        QTest::newRow("closed") << "close" << 2'000'000;
+        QTest::newRow("new text") << "text" << 2'000'000;
+        QTest::newRow("view gone") << "destroy" << 2'000'000;
+    }
+
+    // A long search runs aside: the window goes on and the find bar tells how far it got, as
+    // assistive technology reads it; the caret moves when it ends, or stays when it is stopped.
+    void findAside()
+    {
+        QFETCH(QString, then);
+        QFETCH(int, length);
+        // Slow on purpose: a match starts everywhere and fails only near the needle's end.
+        const QString needle = QString(2000, 'a') + "ba";
+        auto* view = new BlockView;
+        view->setBlockText(BlockText::fromString(QString(length, 'a') + needle));
+        view->show();
+        QTest::keyClick(view, Qt::Key_F, Qt::ControlModifier);
+        auto* edit = view->findChild<QLineEdit*>("find text");
+        const auto* finder = view->findChild<BlockViewFinder*>();
+        QAccessibleInterface* status =
+            QAccessible::queryAccessibleInterface(view->findChild<QLabel*>("find status"));
+        edit->insert(needle);
+        QTest::keyClick(edit, Qt::Key_Return);
+        if (then.isEmpty()) {
+            QTRY_COMPARE_WITH_TIMEOUT(view->selectedText(), needle, 30000);
+            QCOMPARE(status->text(QAccessible::Name), "");
+        } else {
+            QTRY_VERIFY_WITH_TIMEOUT(status->text(QAccessible::Name).startsWith("Searching: "),
+                                     10000);
+            QVERIFY(status->text(QAccessible::Name).endsWith(" %") &&
+                    view->selectedText().isEmpty());
+        }
+        if (then == "destroy") {
+            delete view;
+            return;
+        }
+        then == "Escape" ? QTest::keyClick(edit, Qt::Key_Escape)
+        : then == "close"
+            ? QTest::mouseClick(view->findChild<QWidget*>("close find bar"), Qt::LeftButton)
+        : then == "text" ? view->setBlockText(BlockText::fromString("xyz"))
+                         : void();
+        QVERIFY(!finder->isRunning() && status->text(QAccessible::Name).isEmpty());
+        QCOMPARE(view->selectedText(), then.isEmpty() ? needle : "");
+        delete view;
     }
 
     void interact_data()
