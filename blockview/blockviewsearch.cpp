@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <limits>
-#include <numeric>
 
 namespace
 {
@@ -88,39 +87,74 @@ BlockViewSearch::Hit BlockViewSearch::inLines(qsizetype first, qsizetype last, b
         const Hit hit = inRun(run, backward);
         if (hit.line >= 0)
             return hit;
-        line = backward ? run.first - 1 : run.first + qsizetype(run.ends.size());
+        line = backward ? run.first - 1 : run.last + 1;
     }
     return {};
 }
 
-// Lines are stored back to back, so a run of them is one stretch of bytes.
+const char* BlockViewSearch::endOf(qsizetype line) const
+{
+    const QByteArrayView bytes = text.lineView(line);
+    return bytes.data() + bytes.size();
+}
+
+// Lines are stored back to back, so a run of them is one stretch of bytes:
+// from the line on, as many whole lines as fit in a run's bytes, at least one.
 BlockViewSearch::Run BlockViewSearch::runFrom(qsizetype line, qsizetype last, bool backward) const
 {
-    Run run;
-    qsizetype bytes = 0;
-    const qsizetype step = backward ? -1 : 1;
-    for (; (backward ? line >= last : line <= last) && bytes < runBytes; line += step) {
-        const qsizetype size = text.lineView(line).size();
-        if (size > BlockText::longLineBytes)
-            break;
-        bytes += size;
-        run.ends.push_back(size);
+    Run run{line, line, {}};
+    // The bounds of the run's other end; the line alone always fits.
+    qsizetype low = std::min(line, last), high = std::max(line, last);
+    while (low < high) {
+        const qsizetype middle = backward ? low + (high - low) / 2 : low + (high - low + 1) / 2;
+        const bool fits = backward ? endOf(line) - startOf(middle) <= runBytes
+                                   : endOf(middle) - startOf(line) <= runBytes;
+        if (backward && fits)
+            high = middle;
+        else if (backward)
+            low = middle + 1;
+        else if (fits)
+            low = middle;
+        else
+            high = middle - 1;
     }
-    if (backward)
-        std::reverse(run.ends.begin(), run.ends.end());
-    std::partial_sum(run.ends.begin(), run.ends.end(), run.ends.begin());
-    run.first = backward ? line + 1 : line - qsizetype(run.ends.size());
-    run.bytes = QByteArrayView(text.lineView(run.first).data(), bytes);
+    (backward ? run.first : run.last) = low;
+    run.bytes = QByteArrayView(startOf(run.first), endOf(run.last) - startOf(run.first));
     return run;
+}
+
+// The line of the run holding a byte.
+qsizetype BlockViewSearch::lineAt(const Run& run, const char* at) const
+{
+    qsizetype low = run.first, high = run.last;
+    while (low < high) {
+        const qsizetype middle = low + (high - low + 1) / 2;
+        if (startOf(middle) <= at)
+            low = middle;
+        else
+            high = middle - 1;
+    }
+    return low;
+}
+
+// A match found in the run's bytes may run over a line's end; where a blank
+// matters, it was sought as shown in a long line, a tab as a blank.
+bool BlockViewSearch::matchesInRun(const Run& run, qsizetype at, qsizetype& line) const
+{
+    const char* found = run.bytes.data() + at;
+    line = lineAt(run, found);
+    if (found + ascii.size() > endOf(line))
+        return false;
+    return !blankMatters || text.isLong(line) ||
+           ascii.indexIn(QByteArrayView(found, ascii.size()), 0) == 0;
 }
 
 BlockViewSearch::Hit BlockViewSearch::inRun(const Run& run, bool backward) const
 {
     advance(run.bytes.size());
-    const auto lines = qsizetype(run.ends.size());
     if (!BlockText::isAscii(run.bytes)) {
-        for (qsizetype i = 0; i < lines; ++i) {
-            const qsizetype line = backward ? run.first + lines - 1 - i : run.first + i;
+        for (qsizetype i = 0; i <= run.last - run.first; ++i) {
+            const qsizetype line = backward ? run.last - i : run.first + i;
             const qsizetype found =
                 inLine(line, backward ? std::numeric_limits<qsizetype>::max() : 0, backward);
             if (found >= 0)
@@ -128,17 +162,15 @@ BlockViewSearch::Hit BlockViewSearch::inRun(const Run& run, bool backward) const
         }
         return {};
     }
-    // A match found in the bytes may run over a line's end: then on past it.
-    qsizetype from = backward ? run.bytes.size() : 0;
-    while (true) {
+    const BlockAsciiFinder& finder = blankMatters ? shownAscii : ascii;
+    for (qsizetype from = backward ? run.bytes.size() : 0;;) {
         const qsizetype at =
-            backward ? ascii.lastIndexIn(run.bytes, from) : ascii.indexIn(run.bytes, from);
+            backward ? finder.lastIndexIn(run.bytes, from) : finder.indexIn(run.bytes, from);
+        qsizetype line = 0;
         if (at < 0)
             return {};
-        const auto end = std::upper_bound(run.ends.begin(), run.ends.end(), at);
-        const qsizetype start = end == run.ends.begin() ? 0 : *(end - 1);
-        if (at + ascii.size() <= *end)
-            return {run.first + (end - run.ends.begin()), at - start};
+        if (matchesInRun(run, at, line))
+            return {line, run.bytes.data() + at - startOf(line)};
         from = backward ? at - 1 : at + 1;
     }
 }

@@ -38,13 +38,17 @@ public:
 private:
     // Lines first to last (downwards when backward), each whole.
     Hit inLines(qsizetype first, qsizetype last, bool backward) const;
-    // Short lines back to back, searched as one stretch of bytes.
+    // Lines back to back, searched as one stretch of bytes.
     struct Run {
         qsizetype first = 0; // its lowest line
+        qsizetype last = 0;  // and its highest
         QByteArrayView bytes;
-        std::vector<qsizetype> ends; // one past each line, from bytes' start
     };
     Run runFrom(qsizetype line, qsizetype last, bool backward) const;
+    const char* startOf(qsizetype line) const { return text.lineView(line).data(); }
+    const char* endOf(qsizetype line) const;
+    qsizetype lineAt(const Run& run, const char* at) const;
+    bool matchesInRun(const Run& run, qsizetype at, qsizetype& line) const;
     Hit inRun(const Run& run, bool backward) const;
     qsizetype inLine(qsizetype line, qsizetype from, bool backward) const;
     // A long line, a window at a time: windows of ASCII in bytes, the others

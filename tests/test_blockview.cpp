@@ -258,7 +258,8 @@ private slots:
     {
         // Lines in UTF-8; "@" stands for a line of 3 search windows and some, where "xyz"
         // crosses the first window's edge, and "\u00E9xyZ" the second's, and "XYz" the edge of
-        // the last window but one back from the end; "\u212A" (Kelvin) is in it too.
+        // the last window but one back from the end; "\u212A" (Kelvin) is in it too. "#" is a
+        // long line of plain ASCII.
         QTest::addColumn<QByteArray>("lines");
         QTest::addColumn<QString>("needle");
         QTest::addColumn<bool>("caseCounts");
@@ -273,7 +274,8 @@ private slots:
         QTest::newRow("Kelvin sought")     << QByteArray("kelvin\nx\n@\n\xE2\x84\xAA" "elvin") << "\u212Aelvin" << false;
         QTest::newRow("long, window edges") << QByteArray("short xyz\n@\nxyz") << "xyz" << false;
         QTest::newRow("long, case counts") << QByteArray("@\nxyz") << "xyZ" << true;
-        QTest::newRow("long, tab as blank") << QByteArray("a\tb\n@\na b") << "Z\ta" << false;
+        QTest::newRow("long, tab as blank") << QByteArray("z a\n#\nz\ta\nz a") << "z\ta" << false;
+        QTest::newRow("long, blank as tab") << QByteArray("z\ta\n#\nz a\n") << "Z A" << false;
         // clang-format on
     }
 
@@ -293,8 +295,8 @@ private slots:
                                                      {2 * window - 3, "\xC3\xA9xyZ"},
                                                      {longLine.size() - window - 2, "XYz"}})
             longLine.replace(at, what.size(), what);
-        const BlockText text =
-            BlockText::fromString(QString::fromUtf8(lines.replace("@", longLine)));
+        lines.replace("@", longLine).replace("#", QByteArray("Z\ta").repeated(6000));
+        const BlockText text = BlockText::fromString(QString::fromUtf8(lines));
         const Qt::CaseSensitivity cs = caseCounts ? Qt::CaseSensitive : Qt::CaseInsensitive;
         const BlockViewSearch search(text, needle, cs);
         const qsizetype count = text.lineCount();
