@@ -423,9 +423,11 @@ private slots:
             QLineEdit next(&page.view); // where the focus would go by itself
             next.show();
             edit->insert(steps[1]);
-            for (const QString& key : steps[2].split(','))
+            for (const QString& key : steps[2].split(',')) {
                 key == "case" ? QTest::mouseClick(page.view.findChild<QCheckBox*>(), Qt::LeftButton)
                               : QTest::keySequence(edit, QKeySequence(key));
+                QTRY_VERIFY(!page.view.findChild<BlockViewFinder*>()->isRunning());
+            }
             const QWidget* bar = page.view.findChild<QWidget*>("find bar");
             const auto* status = page.view.findChild<QLabel*>("find status");
             QWidget* close = page.view.findChild<QWidget*>("close find bar");
