@@ -1,11 +1,12 @@
 // Find from the find bar, the user's road (Ctrl+F, the text typed, Enter),
 // on three texts: 10,000,000 lines of 114 bytes with the match on the last
 // line, one line of 500 MB of plain ASCII with the match near its end, and
-// the same line with one non-ASCII character near its start. For each: the
-// time from Enter until the caret is on the match and the longest the event
-// loop went without turning meanwhile, medians and spread of several runs,
-// beside a floor measured in the same run: memchr of a byte that does not
-// occur, over the same stored bytes.
+// the same line with one non-ASCII character near its start; then Shift+Enter
+// from the end, the match near the start, on the first and the last. For
+// each: the time from Enter until the caret is on the match and the longest
+// the event loop went without turning meanwhile, medians and spread of
+// several runs, beside a floor measured in the same run: memchr of a byte
+// that does not occur, over the same stored bytes.
 //
 // Built optimised in a folder of its own (the release preset's has the
 // benchmarks off), from a fresh clone; it writes nothing:
@@ -29,31 +30,34 @@ namespace
 
 const QByteArray needle = "NEEDLE-AT-THE-END";
 
-BlockText manyLines(qint64 lines)
+// The match on the last line, or on the first.
+BlockText manyLines(qint64 lines, bool first)
 {
     BlockText text;
     text.reserve(lines * 114);
+    const QByteArray match = QByteArray(97, ' ') + needle;
     char line[160];
-    for (qint64 i = 0; i + 1 < lines; ++i) {
+    for (qint64 i = 0; i < lines; ++i) {
         const int size = modeShapesLine(line, sizeof line, i);
         std::memcpy(line + size, "    ", 4);
-        text.appendLine(line, size + 4);
+        if (i == (first ? 0 : lines - 1))
+            text.appendLine(match.constData(), match.size());
+        else
+            text.appendLine(line, size + 4);
     }
-    const QByteArray last = QByteArray(97, ' ') + needle;
-    text.appendLine(last.constData(), last.size());
     return text;
 }
 
-// The match 2 KiB before the end; one "é" 1 KiB after the start when asked.
-BlockText oneLine(qint64 bytes, bool nonAscii)
+// The match 2 KiB from the end, or from the start; one "é" 1 KiB after the
+// start when asked.
+BlockText oneLine(qint64 bytes, bool nonAscii, bool first)
 {
     const QByteArray chunk = QByteArray(" 1.23456789E+02 -9.8765E-03").repeated(1 << 15);
     QByteArray line;
     line.reserve(bytes);
-    while (line.size() < bytes - 2048)
-        line.append(chunk.constData(),
-                    std::min<qsizetype>(chunk.size(), bytes - 2048 - line.size()));
-    line += needle + QByteArray(2048 - needle.size(), 'y');
+    while (line.size() < bytes)
+        line.append(chunk.constData(), std::min<qsizetype>(chunk.size(), bytes - line.size()));
+    line.replace(first ? 2048 : bytes - 2048, needle.size(), needle);
     if (nonAscii)
         line.replace(1024, 2, "\xC3\xA9");
     BlockText text;
@@ -75,8 +79,9 @@ void rows(const char* what, const std::vector<double>& values, const char* goal,
     row(line, median(values), "ms", goal, most <= 0 || median(values) <= most);
 }
 
-// Runs of Enter in the find bar from the text's start, until the caret is on the match.
-void measure(const char* name, BlockText text, int runs, double goal)
+// Runs of Enter in the find bar from the text's start (Shift+Enter from its end when
+// backward), until the caret is on the match.
+void measure(const char* name, BlockText text, int runs, double goal, bool backward = false)
 {
     BlockView view;
     view.resize(900, 600);
@@ -94,12 +99,12 @@ void measure(const char* name, BlockText text, int runs, double goal)
         timer.start();
         const bool absent = std::memchr(stored.data(), 1, size_t(stored.size())) == nullptr;
         floor.push_back(absent ? double(timer.nsecsElapsed()) / 1e6 : -1);
-        QTest::keyClick(&view, Qt::Key_Home, Qt::ControlModifier);
+        QTest::keyClick(&view, backward ? Qt::Key_End : Qt::Key_Home, Qt::ControlModifier);
         QCoreApplication::processEvents();
         watch.longest = 0;
         watch.sinceTick.restart();
         timer.restart();
-        QTest::keyClick(edit, Qt::Key_Return);
+        QTest::keyClick(edit, Qt::Key_Return, backward ? Qt::ShiftModifier : Qt::NoModifier);
         while (view.selectedText() != needle && timer.elapsed() < 600'000)
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
         found.push_back(view.selectedText() == needle ? double(timer.nsecsElapsed()) / 1e6 : -1);
@@ -122,11 +127,17 @@ int main(int argc, char** argv)
     const qint64 megabytes = std::max(1LL, app.arguments().value(2, "500").toLongLong());
     const int runs = std::max(1, app.arguments().value(3, "3").toInt());
     std::printf("%-40s %10s %-3s %-20s\n", "(-1: not found)", "", "", "goal");
-    measure(qPrintable(QString("%1 lines, the match on the last").arg(lines)), manyLines(lines),
-            runs, 1000);
+    const qint64 bytes = megabytes * 1000 * 1000;
+    measure(qPrintable(QString("%1 lines, the match on the last").arg(lines)),
+            manyLines(lines, false), runs, 1000);
     measure(qPrintable(QString("one line of %1 MB, plain ASCII").arg(megabytes)),
-            oneLine(megabytes * 1000 * 1000, false), runs, 1000);
+            oneLine(bytes, false, false), runs, 1000);
     measure(qPrintable(QString("one line of %1 MB, one non-ASCII character").arg(megabytes)),
-            oneLine(megabytes * 1000 * 1000, true), runs, 3000);
+            oneLine(bytes, true, false), runs, 3000);
+    // Back from the end, the match at the start.
+    measure(qPrintable(QString("back: %1 lines, the match on the first").arg(lines)),
+            manyLines(lines, true), runs, 1000, true);
+    measure(qPrintable(QString("back: one line of %1 MB, one non-ASCII").arg(megabytes)),
+            oneLine(bytes, true, true), runs, 3000, true);
     return 0;
 }
