@@ -41,22 +41,6 @@ void writeReport(const QString& path, qint64 bytes)
     file.write(QByteArray(2048, 'x') + needle + QByteArray(2048 - needle.size(), 'y') + "\n");
 }
 
-// The longest the event loop went without turning, while a step ran.
-struct Watch : QObject {
-    QElapsedTimer sinceTick;
-    double longest = 0;
-    Watch()
-    {
-        auto* timer = new QTimer(this);
-        connect(timer, &QTimer::timeout, this, [this] {
-            longest = std::max(longest, double(sinceTick.nsecsElapsed()) / 1e6);
-            sinceTick.restart();
-        });
-        timer->start(5);
-        sinceTick.start();
-    }
-};
-
 double timed(Watch& watch, const std::function<void()>& step)
 {
     QElapsedTimer timer;

@@ -4,9 +4,11 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
+#include <QTimer>
 #include <QWidget>
 
 #include <algorithm>
@@ -16,7 +18,7 @@
 #include <unistd.h>
 
 // What the benchmarks share: a way onto the browser's page, a line of a
-// report, and a row of results beside its goal.
+// report, a watch on the event loop, and a row of results beside its goal.
 
 // The browser's own road from the tool's end: the report at path, written
 // for block 8 (nine leading lines), read back onto a page shown at size,
@@ -117,5 +119,21 @@ struct Figure {
             return QByteArray(digits);
         };
         return number(median()) + " (" + number(least()) + "-" + number(most()) + ")";
+    }
+};
+
+// The longest the event loop went without turning, while a step ran.
+struct Watch : QObject {
+    QElapsedTimer sinceTick;
+    double longest = 0;
+    Watch()
+    {
+        auto* timer = new QTimer(this);
+        connect(timer, &QTimer::timeout, this, [this] {
+            longest = std::max(longest, double(sinceTick.nsecsElapsed()) / 1e6);
+            sinceTick.restart();
+        });
+        timer->start(5);
+        sinceTick.start();
     }
 };

@@ -7,6 +7,7 @@ add_library(blockcore STATIC
     ${CMAKE_CURRENT_LIST_DIR}/blocktext.cpp ${CMAKE_CURRENT_LIST_DIR}/blocktext.h
     ${CMAKE_CURRENT_LIST_DIR}/blockreader.cpp ${CMAKE_CURRENT_LIST_DIR}/blockreader.h
     ${CMAKE_CURRENT_LIST_DIR}/blockviewsearch.cpp ${CMAKE_CURRENT_LIST_DIR}/blockviewsearch.h
+    ${CMAKE_CURRENT_LIST_DIR}/blockasciifinder.cpp ${CMAKE_CURRENT_LIST_DIR}/blockasciifinder.h
     ${CMAKE_CURRENT_LIST_DIR}/blockcolumns.cpp ${CMAKE_CURRENT_LIST_DIR}/blockcolumns.h
     ${CMAKE_CURRENT_LIST_DIR}/blockmodes.cpp ${CMAKE_CURRENT_LIST_DIR}/blockmodes.h
     ${CMAKE_CURRENT_LIST_DIR}/blockplotdecimator.cpp ${CMAKE_CURRENT_LIST_DIR}/blockplotdecimator.h

@@ -3,7 +3,7 @@
 #include "blockfilewriter.h"
 #include "blockviewaccessible.h"
 #include "blockviewfindbar.h"
-#include "blockviewsearch.h"
+#include "blockviewfinder.h"
 #include "platform/filereplacement.h"
 
 #include <QAccessible>
@@ -74,10 +74,15 @@ BlockView::BlockView(QWidget* parent) : QAbstractScrollArea(parent)
     updateMetrics();
 }
 
-BlockView::~BlockView() = default;
+// The search reads the text, which goes before the children do.
+BlockView::~BlockView()
+{
+    stopFinding();
+}
 
 void BlockView::setBlockText(BlockText newText)
 {
+    stopFinding();
     text = std::move(newText);
     runs.setText(&text);
     caret = BlockCaret();
@@ -769,16 +774,26 @@ void BlockView::timerEvent(QTimerEvent* event)
 
 bool BlockView::find(const QString& needle, bool backward, bool caseSensitive)
 {
-    lastFindWrapped = false;
-    const Pos from = clamped(backward ? selectionStart() : selectionEnd());
+    stopFinding();
+    const Pos from = findStart(backward);
     const BlockViewSearch search(text, needle,
                                  caseSensitive ? Qt::CaseSensitive : Qt::CaseInsensitive);
-    const BlockViewSearch::Hit hit = search.find(from.line, from.column, backward);
+    return showFound(search.find(from.line, from.column, backward), needle.size());
+}
+
+BlockView::Pos BlockView::findStart(bool backward) const
+{
+    return clamped(backward ? selectionStart() : selectionEnd());
+}
+
+bool BlockView::showFound(const BlockViewSearch::Hit& hit, qsizetype size)
+{
+    lastFindWrapped = false;
     if (hit.line < 0)
         return false;
     lastFindWrapped = hit.wrapped;
     const Pos start{hit.line, hit.column};
-    const Pos end{hit.line, hit.column + needle.size()};
+    const Pos end{hit.line, hit.column + size};
     ensureVisible(end);
     ensureVisible(start);
     setAnchorAndCursor(start, end);
@@ -791,6 +806,10 @@ void BlockView::openFindBar()
         findBar = new BlockViewFindBar(this);
         connect(findBar, &BlockViewFindBar::findRequested, this, &BlockView::findFromBar);
         connect(findBar, &BlockViewFindBar::closed, this, &BlockView::closeFindBar);
+        finder = new BlockViewFinder(this);
+        connect(finder, &BlockViewFinder::found, this, &BlockView::foundFromBar);
+        connect(finder, &BlockViewFinder::progress, findBar,
+                [this](int percent) { findBar->setStatus(tr("Searching: %1 %").arg(percent)); });
     }
     const bool oneLine = hasSelection() && selectionStart().line == selectionEnd().line &&
                          selectionBytes() <= findBarTextMax;
@@ -812,13 +831,34 @@ void BlockView::placeFindBar()
 
 void BlockView::findFromBar(bool backward)
 {
+    stopFinding();
+    findBar->setStatus({});
     const QString needle = findBar->text();
+    if (needle.isEmpty())
+        return;
+    findingSize = needle.size();
+    findingBackward = backward;
+    const Pos from = findStart(backward);
+    finder->start(text, needle, findBar->caseSensitive() ? Qt::CaseSensitive : Qt::CaseInsensitive,
+                  from.line, from.column, backward);
+}
+
+void BlockView::foundFromBar(const BlockViewSearch::Hit& hit)
+{
     QString status;
-    if (!needle.isEmpty() && !find(needle, backward, findBar->caseSensitive()))
+    if (!showFound(hit, findingSize))
         status = tr("Not found");
-    else if (!needle.isEmpty() && lastFindWrapped)
-        status = backward ? tr("Continued from the end") : tr("Continued from the start");
+    else if (lastFindWrapped)
+        status = findingBackward ? tr("Continued from the end") : tr("Continued from the start");
     findBar->setStatus(status);
+}
+
+void BlockView::stopFinding()
+{
+    if (!finder || !finder->isRunning())
+        return;
+    finder->stop();
+    findBar->setStatus({});
 }
 
 void BlockView::findAgain(bool backward)
@@ -836,6 +876,7 @@ void BlockView::findAgain(bool backward)
 
 void BlockView::closeFindBar()
 {
+    stopFinding();
     findBar->hide();
     placeFindBar();
     setFocus(Qt::OtherFocusReason);

@@ -3,6 +3,7 @@
 #include "blockcaret.h"
 #include "blockrunlayout.h"
 #include "blocktext.h"
+#include "blockviewsearch.h"
 
 #include <QAbstractScrollArea>
 #include <QBasicTimer>
@@ -10,6 +11,7 @@
 #include <functional>
 
 class BlockViewFindBar;
+class BlockViewFinder;
 class QMenu;
 class QProgressDialog;
 namespace platform
@@ -37,7 +39,7 @@ public:
     QString selectedText() const;
     // Finds the text from the cursor on (or back), wrapping around the ends
     // once; selects and shows it. False, and nothing changes, when it is not
-    // there.
+    // there. Here and now, unlike the find bar's search, which runs aside.
     bool find(const QString& text, bool backward = false, bool caseSensitive = false);
 
     // The band a line is painted in, in viewport coordinates (outside the
@@ -145,6 +147,10 @@ private:
     void openFindBar();
     void placeFindBar();
     void findFromBar(bool backward);
+    Pos findStart(bool backward) const;
+    bool showFound(const BlockViewSearch::Hit& hit, qsizetype size);
+    void foundFromBar(const BlockViewSearch::Hit& hit);
+    void stopFinding();
     void findAgain(bool backward);
     void closeFindBar();
 
@@ -164,4 +170,7 @@ private:
     bool caretOn = true;
     bool lastFindWrapped = false;
     BlockViewFindBar* findBar = nullptr;
+    BlockViewFinder* finder = nullptr; // the find bar's search
+    qsizetype findingSize = 0;         // its needle's length
+    bool findingBackward = false;
 };

@@ -5,6 +5,7 @@
 #include "blockreader.h"
 #include "blockrunlayout.h"
 #include "blockview.h"
+#include "blockviewfinder.h"
 #include "blockviewsearch.h"
 #include "dialoganswerer.h"
 #include "scratchdir.h"
@@ -65,6 +66,32 @@ struct Page {
             QTest::keySequence(&view, QKeySequence(key));
     }
 };
+
+// Line by line from a place, as QString finds it: (line, column, wrapped); line -1 when not
+// found.
+std::tuple<qsizetype, qsizetype, bool> reference(const BlockText& text, QString needle,
+                                                 Qt::CaseSensitivity cs, BlockCaret::Pos from,
+                                                 bool backward)
+{
+    const qsizetype count = text.lineCount();
+    for (qsizetype step = 0; step <= count; ++step) {
+        const qsizetype at = backward ? from.line - step : from.line + step;
+        const qsizetype line = (at % count + count) % count;
+        QString decoded = text.line(line), key = needle;
+        if (text.isLong(line)) {
+            decoded.replace('\t', ' ');
+            key.replace('\t', ' ');
+        }
+        const qsizetype start = step > 0 ? (backward ? decoded.size() : 0) : from.column - backward;
+        const qsizetype last = std::min(start, decoded.size() - key.size());
+        const qsizetype found = !backward   ? decoded.indexOf(key, start, cs)
+                                : last >= 0 ? decoded.lastIndexOf(key, last, cs)
+                                            : -1;
+        if (found >= 0)
+            return {line, found, at < 0 || at >= count};
+    }
+    return {-1, 0, false};
+}
 
 } // namespace
 
@@ -227,34 +254,111 @@ private slots:
         QTEST(ends, "to");
     }
 
-    // In a long line a tab is shown as a blank, and found as one, forward and back.
-    void findShown()
+    void search_data()
     {
+        // Lines in UTF-8; "@" stands for a line of 3 search windows and some, where "xyz"
+        // crosses the first window's edge, and "\u00E9xyZ" the second's, and "XYz" the edge of
+        // the last window but one back from the end; "\u212A" (Kelvin) is in it too. "#" is a
+        // long line of plain ASCII.
+        QTest::addColumn<QByteArray>("lines");
+        QTest::addColumn<QString>("needle");
+        QTest::addColumn<bool>("caseCounts");
+        const QByteArray x5 = QByteArray("abcdefgh\n").repeated(30000);
         // clang-format off
-        for (const auto& [needle, line, column] : QList<std::tuple<QString, qsizetype, qsizetype>>{
-                 {"AA BB", 2, 2998}, {"aa\tbb", 2, 2998}, {"\u00E9 \u00E9", 3, 4002}, {"b c", -1, 0}}) {
-            // clang-format on
-            const BlockViewSearch search(lines, needle, Qt::CaseInsensitive);
-            for (const auto& hit : {search.find(0, 0, false), search.find(4, 0, true)})
-                QCOMPARE((std::pair(hit.line, hit.column)), std::pair(line, column));
-        }
+        QTest::newRow("any case")          << QByteArray("Alpha alpha\nGAMMA alpha alpha\n\nalphA") << "ALPHA" << false;
+        QTest::newRow("case counts")       << QByteArray("Alpha alpha\nGAMMA alpha alpha\n\nalphA") << "alpha" << true;
+        QTest::newRow("not over line ends") << x5 + "ab\ncd\nab" << "hab" << false;
+        QTest::newRow("many lines")        << x5 + "xyz\n" + x5 << "XyZ" << false;
+        QTest::newRow("non-ASCII lines")   << QByteArray("Gr\xC3\xBC\xC3\x9F" "e\nGR\xC3\x9C\xC3\x9F" "E x\nx\n") << "\u00FC\u00DFE" << false;
+        QTest::newRow("folds to ASCII")    << QByteArray("\xE2\x84\xAA" "elvin\nkelvin\n@\n") << "KELVIN" << false;
+        QTest::newRow("Kelvin sought")     << QByteArray("kelvin\nx\n@\n\xE2\x84\xAA" "elvin") << "\u212Aelvin" << false;
+        QTest::newRow("long, window edges") << QByteArray("short xyz\n@\nxyz") << "xyz" << false;
+        QTest::newRow("long, case counts") << QByteArray("@\nxyz") << "xyZ" << true;
+        QTest::newRow("long, tab as blank") << QByteArray("z a\n#\nz\ta\nz a") << "z\ta" << false;
+        QTest::newRow("long, blank as tab") << QByteArray("z\ta\n#\nz a\n") << "Z A" << false;
+        // clang-format on
     }
 
-    // Find Previous into earlier lines: a short non-ASCII line searched from its end, and a
-    // line longer than a search window with a match across the windows' edge.
-    void findBack()
+    // Wherever it starts, forward or back, a search finds what QString finds line by line,
+    // wrapping once; in a long line a tab is found as a blank.
+    void search()
     {
-        const qsizetype window = qsizetype(1) << 20;
-        const BlockText wide = BlockText::fromString("\u00E9 " + QString(window, 'a') + "XYZ" +
-                                                     QString(window - 3, 'a') + "\nend\n");
-        // clang-format off
-        for (const auto& [text, needle, column] : QList<std::tuple<const BlockText*, QString, qsizetype>>{
-                 {&lines, "\u00FC\u00DFe", 2}, {&wide, "XYZ", window + 2}}) {
-            // clang-format on
-            const BlockViewSearch search(*text, needle, Qt::CaseSensitive);
-            const BlockViewSearch::Hit hit = search.find(text->lineCount() - 1, 0, true);
-            QCOMPARE(hit.column, column);
+        QFETCH(QByteArray, lines);
+        QFETCH(QString, needle);
+        QFETCH(bool, caseCounts);
+        const qsizetype window = BlockViewSearch::windowBytes;
+        QByteArray longLine = QByteArray("Z\ta").repeated(window);
+        longLine.truncate(3 * window + 500);
+        for (const auto& [at, what] :
+             QList<std::pair<qsizetype, QByteArray>>{{window - 1, "xyz"},
+                                                     {window + 40, "\xE2\x84\xAA"},
+                                                     {2 * window - 3, "\xC3\xA9xyZ"},
+                                                     {longLine.size() - window - 2, "XYz"}})
+            longLine.replace(at, what.size(), what);
+        lines.replace("@", longLine).replace("#", QByteArray("Z\ta").repeated(6000));
+        const BlockText text = BlockText::fromString(QString::fromUtf8(lines));
+        const Qt::CaseSensitivity cs = caseCounts ? Qt::CaseSensitive : Qt::CaseInsensitive;
+        const BlockViewSearch search(text, needle, cs);
+        const qsizetype count = text.lineCount();
+        for (const qsizetype line : {qsizetype(0), qsizetype(1), count / 2, count - 1})
+            for (const qsizetype column : {qsizetype(0), text.lineLength(line) / 2 + 1})
+                for (const bool backward : {false, true}) {
+                    const BlockViewSearch::Hit hit = search.find(line, column, backward);
+                    QCOMPARE(std::tuple(hit.line, hit.column, hit.wrapped),
+                             reference(text, needle, cs, {line, column}, backward));
+                }
+    }
+
+    void findAside_data()
+    {
+        QTest::addColumn<QString>("then"); // once the find bar shows progress
+        QTest::addColumn<int>("length");   // of the line searched
+        QTest::newRow("to the end") << "" << 100'000;
+        QTest::newRow("Escape") << "Escape" << 2'000'000;
+        QTest::newRow("closed") << "close" << 2'000'000;
+        QTest::newRow("new text") << "text" << 2'000'000;
+        QTest::newRow("view gone") << "destroy" << 2'000'000;
+    }
+
+    // A long search runs aside: the window goes on and the find bar tells how far it got, as
+    // assistive technology reads it; the caret moves when it ends, or stays when it is stopped.
+    void findAside()
+    {
+        QFETCH(QString, then);
+        QFETCH(int, length);
+        // Slow on purpose: a match starts everywhere and fails only near the needle's end.
+        const QString needle = QString(2000, 'a') + "ba";
+        auto* view = new BlockView;
+        view->setBlockText(BlockText::fromString(QString(length, 'a') + needle));
+        view->show();
+        QTest::keyClick(view, Qt::Key_F, Qt::ControlModifier);
+        auto* edit = view->findChild<QLineEdit*>("find text");
+        const auto* finder = view->findChild<BlockViewFinder*>();
+        QAccessibleInterface* status =
+            QAccessible::queryAccessibleInterface(view->findChild<QLabel*>("find status"));
+        edit->insert(needle);
+        QTest::keyClick(edit, Qt::Key_Return);
+        if (then.isEmpty()) {
+            QTRY_COMPARE_WITH_TIMEOUT(view->selectedText(), needle, 30000);
+            QCOMPARE(status->text(QAccessible::Name), "");
+        } else {
+            QTRY_VERIFY_WITH_TIMEOUT(status->text(QAccessible::Name).startsWith("Searching: "),
+                                     10000);
+            QVERIFY(status->text(QAccessible::Name).endsWith(" %") &&
+                    view->selectedText().isEmpty());
         }
+        if (then == "destroy") {
+            delete view;
+            return;
+        }
+        then == "Escape" ? QTest::keyClick(edit, Qt::Key_Escape)
+        : then == "close"
+            ? QTest::mouseClick(view->findChild<QWidget*>("close find bar"), Qt::LeftButton)
+        : then == "text" ? view->setBlockText(BlockText::fromString("xyz"))
+                         : void();
+        QVERIFY(!finder->isRunning() && status->text(QAccessible::Name).isEmpty());
+        QCOMPARE(view->selectedText(), then.isEmpty() ? needle : "");
+        delete view;
     }
 
     void interact_data()
@@ -319,9 +423,11 @@ private slots:
             QLineEdit next(&page.view); // where the focus would go by itself
             next.show();
             edit->insert(steps[1]);
-            for (const QString& key : steps[2].split(','))
+            for (const QString& key : steps[2].split(',')) {
                 key == "case" ? QTest::mouseClick(page.view.findChild<QCheckBox*>(), Qt::LeftButton)
                               : QTest::keySequence(edit, QKeySequence(key));
+                QTRY_VERIFY(!page.view.findChild<BlockViewFinder*>()->isRunning());
+            }
             const QWidget* bar = page.view.findChild<QWidget*>("find bar");
             const auto* status = page.view.findChild<QLabel*>("find status");
             QWidget* close = page.view.findChild<QWidget*>("close find bar");
