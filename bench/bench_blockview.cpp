@@ -200,37 +200,19 @@ void warmUp()
     QCoreApplication::processEvents();
 }
 
-// The figures of one way: open, end, end shown, drag, drag shown, resize, peak.
-struct Way {
-    std::array<Figure, 8> figures;
-    bool everShown(int which) const { return figures[size_t(which)].least() > 0; }
-};
-
-Way runWay(const QString& path, qint64 lines, const char* way, int runs)
+void printWay(const char* name, const std::array<Figure, 8>& way, double floor, double fileMb)
 {
-    Way result;
-    for (int run = 0; run < runs; ++run) {
-        const QList<double> numbers =
-            runChild({"--case", path, QString::number(lines), QString::fromLatin1(way)});
-        for (size_t i = 0; i < result.figures.size() && qsizetype(i) < numbers.size(); ++i)
-            result.figures[i].values << numbers[qsizetype(i)];
-    }
-    return result;
-}
-
-void printWay(const char* name, const Way& way, double floor, double fileMb)
-{
-    const Figure& open = way.figures[0];
+    const Figure& open = way[0];
     Figure ratio;
     for (double v : open.values)
         ratio.values << v / floor;
     std::printf("  %-10s open %s ms = %s x the floor; to the end %s ms, last line %s; drag %s ms, "
                 "last line %s; resize %s ms; peak %s MB = %.2f x the report\n",
                 name, open.text().constData(), ratio.text("%.2f").constData(),
-                way.figures[1].text().constData(), way.everShown(2) ? "yes" : "NO",
-                way.figures[3].text().constData(), way.everShown(4) ? "yes" : "NO",
-                way.figures[5].text().constData(), way.figures[6].text("%.0f").constData(),
-                way.figures[6].median() / fileMb);
+                way[1].text().constData(), way[2].least() > 0 ? "yes" : "NO",
+                way[3].text().constData(), way[4].least() > 0 ? "yes" : "NO",
+                way[5].text().constData(), way[6].text("%.0f").constData(),
+                way[6].median() / fileMb);
 }
 
 } // namespace
@@ -268,9 +250,12 @@ int main(int argc, char** argv)
                     "end found: small pages %s ms, large pages %s ms)\n",
                     static_cast<long long>(lines), fileMb, floor, small.text().constData(),
                     large.text().constData());
-        printWay("page", runWay(path, lines, "page", runs), floor, fileMb);
+        printWay("page", runFigures<8>({"--case", path, QString::number(lines), "page"}, runs),
+                 floor, fileMb);
         if (lines <= 1000000)
-            printWay("QTextEdit", runWay(path, lines, "plain", runs), floor, fileMb);
+            printWay("QTextEdit",
+                     runFigures<8>({"--case", path, QString::number(lines), "plain"}, runs), floor,
+                     fileMb);
         std::fflush(stdout);
         QFile::remove(path);
         QFile::remove(path + ".made"); // the translator's hand-over

@@ -100,19 +100,6 @@ int runCase(const QString& which, qint64 lines)
     return 0;
 }
 
-// Each case in RUNS child processes, so that each copy's memory is fresh.
-std::array<Figure, 4> runCases(const char* which, qint64 lines, int runs)
-{
-    std::array<Figure, 4> figures;
-    for (int run = 0; run < runs; ++run) {
-        const QList<double> numbers =
-            runChild({"--case", QString::fromLatin1(which), QString::number(lines)});
-        for (size_t i = 0; i < figures.size(); ++i)
-            figures[i].values << numbers.value(qsizetype(i));
-    }
-    return figures;
-}
-
 } // namespace
 
 int main(int argc, char** argv)
@@ -127,7 +114,7 @@ int main(int argc, char** argv)
     const int runs = std::max(1, args.value(1, "3").toInt());
     std::printf("medians of %d runs (least-most)\n", runs);
     for (const char* which : {"many", "single"}) {
-        const auto f = runCases(which, lines, runs);
+        const auto f = runFigures<4>({"--case", which, QString::number(lines)}, runs);
         Figure ratio;
         for (qsizetype i = 0; i < f[1].values.size(); ++i)
             ratio.values << f[1].values[i] / f[2].values[i];
@@ -137,7 +124,7 @@ int main(int argc, char** argv)
                     f[0].text().constData(), ratio.text("%.2f").constData(),
                     ratio.most() <= 3 ? "met" : "MISSED");
     }
-    const auto big = runCases("big", lines, runs);
+    const auto big = runFigures<4>({"--case", "big", QString::number(lines)}, runs);
     std::printf("copy %.0f MB (over the bound), offered and saved to a file instead: %s ms, "
                 "saved whole %s; peak memory growth %s MB\n",
                 big[2].median(), big[0].text("%.0f").constData(), big[3].least() > 0 ? "yes" : "NO",

@@ -137,3 +137,16 @@ struct Watch : QObject {
         sinceTick.start();
     }
 };
+
+// The figures of so many runs of this program with the arguments, each a
+// fresh process, so that its memory is fresh and its peak its own.
+template <size_t N> std::array<Figure, N> runFigures(const QStringList& arguments, int runs)
+{
+    std::array<Figure, N> figures;
+    for (int run = 0; run < runs; ++run) {
+        const QList<double> numbers = runChild(arguments);
+        for (size_t i = 0; i < N; ++i)
+            figures[i].values << numbers.value(qsizetype(i));
+    }
+    return figures;
+}
