@@ -13,39 +13,20 @@
 // The big page's lines, default 10000000; each case runs RUNS times (default
 // 3) in a process of its own and prints its median and spread.
 #include "benchsupport.h"
+#include "dialoganswerer.h"
 #include "blockview.h"
 #include "residentmemory.h"
 
 #include <QApplication>
 #include <QClipboard>
 #include <QElapsedTimer>
-#include <QFileDialog>
-#include <QMessageBox>
 #include <QPushButton>
 #include <QTemporaryDir>
-#include <QTimer>
 
 #include <cstdio>
 
 namespace
 {
-
-// Takes the offer to save and names the file; the progress dialog is left
-// to run.
-void answerWith(const QString& path)
-{
-    auto* timer = new QTimer(qApp);
-    QObject::connect(timer, &QTimer::timeout, [path] {
-        QWidget* modal = QApplication::activeModalWidget();
-        if (auto* box = qobject_cast<QMessageBox*>(modal))
-            box->button(QMessageBox::Save)->click();
-        if (auto* chooser = qobject_cast<QFileDialog*>(modal)) {
-            chooser->selectFile(path);
-            QMetaObject::invokeMethod(chooser, "accept");
-        }
-    });
-    timer->start(10);
-}
 
 struct Copied {
     double ms, peakMb, selectionMb;
@@ -89,8 +70,9 @@ Copied copyAll(qint64 lines, bool oneLine = false)
 int runCase(const QString& which, qint64 lines)
 {
     QTemporaryDir dir;
+    DialogAnswerer answers; // the offer to save taken, the file named
     if (which == "big")
-        answerWith(dir.filePath("selection.txt"));
+        answers.pressButton("Save").chooseFile(dir.filePath("selection.txt"));
     const Copied copied = copyAll(which == "big" ? lines : 550000, which == "single");
     double saved = 1;
     if (which == "big")

@@ -6,8 +6,8 @@ namespace platform
 {
 
 // Fresh memory for a store of up to gigabytes that is filled once and read
-// often. The kernel may back its start with large pages where it offers
-// them, which fault in sooner than small ones; growing moves the pages
+// often. The kernel may back a store of up to a few hundred megabytes with
+// large pages where it offers them, which fault in sooner than small ones; growing moves the pages
 // rather than copying them. Throws std::bad_alloc when memory is not had.
 class LargeBuffer
 {
@@ -34,9 +34,9 @@ public:
 
     // Below this a store is mapped in small pages alone.
     static constexpr std::size_t largePage = std::size_t(2) << 20;
-    // Large pages are asked for this far into a store only: measured on a
-    // virtual machine, a gigabyte of fresh large pages took 2 to 3.5 s to
-    // fault in against 1.1 s in small ones, while the first hundred
+    // Large pages are asked for a store reserved no larger than this only:
+    // measured on a virtual machine, a gigabyte of fresh large pages took 2
+    // to 3.5 s to fault in against 1.1 s in small ones, while a hundred
     // megabytes came a fifth sooner in large pages.
     static constexpr std::size_t largePageReach = std::size_t(256) << 20;
 

@@ -45,8 +45,10 @@ char* mapAligned(std::size_t bytes)
     if (std::size_t tail = std::size_t(start + slack - aligned); tail > 0)
         ::munmap(aligned + bytes, tail);
 #ifdef MADV_HUGEPAGE
-    // A hint: refused, it costs nothing.
-    ::madvise(aligned, std::min(bytes, LargeBuffer::largePageReach), MADV_HUGEPAGE);
+    // A hint: refused, it costs nothing. Never for a part of the mapping,
+    // which would split it and keep mremap from growing it.
+    if (bytes <= LargeBuffer::largePageReach)
+        ::madvise(aligned, bytes, MADV_HUGEPAGE);
 #endif
     return aligned;
 }
