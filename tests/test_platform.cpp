@@ -140,6 +140,14 @@ private slots:
         QVERIFY(std::string(moved.data(), moved.size()) == expected);
         QCOMPARE(moved.footprint() % platform::LargeBuffer::largePage, size_t(0));
         QVERIFY(moved.footprint() >= moved.size() && grown.size() == 0);
+        // Stores on both sides of the large pages' reach grow past their room
+        // (untouched pages cost nothing).
+        for (const size_t room : {size_t(8) << 20, platform::LargeBuffer::largePageReach + 1}) {
+            platform::LargeBuffer store;
+            store.reserve(room);
+            store.resize(store.capacity() + 1);
+            QVERIFY(store.capacity() > room);
+        }
     }
 
     void terminalChoice_data()
