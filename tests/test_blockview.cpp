@@ -376,15 +376,11 @@ private slots:
         QTest::newRow("a cluster a step")  << 18 << L{"Down,Right,Shift+Right", "", "", "Ctrl+C", "e\u0301"};
         QTest::newRow("Shift+Up from the end") << 54 << L{"Ctrl+End,Shift+Up,Shift+Home", "", "", "Ctrl+C", "mode x MODE\nGr\u00F6\u00DFe kelvin"};
         QTest::newRow("drag")              << 0  << L{"", "drag", "", "Ctrl+C", two};
-        QTest::newRow("find any case")     << 49 << L{"", "mode", "Return", "Ctrl+C", "Mode", ""};
         QTest::newRow("find the next")     << 54 << L{"", "mode", "Return,F3", "", "mode", ""};
         QTest::newRow("case counts")       << 61 << L{"", "MODE", "case,Return", "", "MODE", ""};
         QTest::newRow("back")              << 54 << L{"Ctrl+End", "MODE", "Shift+Return,Shift+F3", "", "mode", ""};
         QTest::newRow("back over the start") << 0 << L{"", "alpha", "Shift+F3", "", "alpha", "Continued from the end"};
-        QTest::newRow("back to a line's end") << 72 << L{"Ctrl+End", "kelvin", "Shift+Return", "", "kelvin", ""};
         QTest::newRow("on over the end")   << 0  << L{"Ctrl+End", "Alpha", "Enter", "", "alpha", "Continued from the start"};
-        QTest::newRow("non-ASCII line")    << 66 << L{"", "GR\u00D6", "Return", "", "Gr\u00F6", ""};
-        QTest::newRow("folds to ASCII")    << 72 << L{"", "\u212Aelvin", "Return", "", "kelvin", ""};
         QTest::newRow("not found")         << 0  << L{"Right", "zzz", "Return", "Ctrl+C", "", "Not found"};
         // clang-format on
     }
