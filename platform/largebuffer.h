@@ -6,9 +6,11 @@ namespace platform
 {
 
 // Fresh memory for a store of up to gigabytes that is filled once and read
-// often. The kernel may back a store of up to a few hundred megabytes with
-// large pages where it offers them, which fault in sooner than small ones; growing moves the pages
-// rather than copying them. Throws std::bad_alloc when memory is not had.
+// often: a reservation costs nothing until it is filled, and growing past it
+// moves the pages rather than copying them. Whether the kernel backs it with
+// large pages is left to the system's setting: asked for, they made the
+// first opens after a report was written up to three times slower.
+// Throws std::bad_alloc when memory is not had.
 class LargeBuffer
 {
 public:
@@ -28,17 +30,8 @@ public:
     const char* data() const { return begin; }
     std::size_t size() const { return used; }
     std::size_t capacity() const { return mapped; }
-    // The memory the bytes held take at most: the pages they touch, large
-    // ones where the kernel may have given those.
+    // The memory the bytes held take: the pages they touch.
     std::size_t footprint() const;
-
-    // Below this a store is mapped in small pages alone.
-    static constexpr std::size_t largePage = std::size_t(2) << 20;
-    // Large pages are asked for a store reserved no larger than this only:
-    // measured on a virtual machine, a gigabyte of fresh large pages took 2
-    // to 3.5 s to fault in against 1.1 s in small ones, while a hundred
-    // megabytes came a fifth sooner in large pages.
-    static constexpr std::size_t largePageReach = std::size_t(256) << 20;
 
 private:
     char* begin = nullptr;

@@ -1,7 +1,6 @@
 #include "largebuffer.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <cstring>
 #include <new>
 #include <utility>
@@ -15,42 +14,15 @@ namespace platform
 namespace
 {
 
-std::size_t roundUp(std::size_t bytes, std::size_t unit)
-{
-    return (bytes + unit - 1) / unit * unit;
-}
-
-std::size_t smallPage()
+std::size_t pageSize()
 {
     static const std::size_t size = std::size_t(::sysconf(_SC_PAGESIZE));
     return size;
 }
 
-// Maps bytes (a multiple of the page size) starting at a large page's
-// boundary, so that all of it can be backed by large pages.
-char* mapAligned(std::size_t bytes)
+std::size_t roundUp(std::size_t bytes)
 {
-    const std::size_t slack = bytes >= LargeBuffer::largePage ? LargeBuffer::largePage : 0;
-    void* got =
-        ::mmap(nullptr, bytes + slack, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-    if (got == MAP_FAILED)
-        throw std::bad_alloc();
-    char* start = static_cast<char*>(got);
-    if (slack == 0)
-        return start;
-    char* aligned = reinterpret_cast<char*>(
-        roundUp(reinterpret_cast<std::uintptr_t>(start), LargeBuffer::largePage));
-    if (aligned > start)
-        ::munmap(start, std::size_t(aligned - start));
-    if (std::size_t tail = std::size_t(start + slack - aligned); tail > 0)
-        ::munmap(aligned + bytes, tail);
-#ifdef MADV_HUGEPAGE
-    // A hint: refused, it costs nothing. Never for a part of the mapping,
-    // which would split it and keep mremap from growing it.
-    if (bytes <= LargeBuffer::largePageReach)
-        ::madvise(aligned, bytes, MADV_HUGEPAGE);
-#endif
-    return aligned;
+    return (bytes + pageSize() - 1) / pageSize() * pageSize();
 }
 
 } // namespace
@@ -82,22 +54,19 @@ void LargeBuffer::reserve(std::size_t bytes)
 {
     if (bytes <= mapped)
         return;
-    const std::size_t wanted = roundUp(bytes, bytes >= largePage ? largePage : smallPage());
-    if (!begin) {
-        begin = mapAligned(wanted);
-        mapped = wanted;
-        return;
-    }
-    void* moved = ::mremap(begin, mapped, wanted, MREMAP_MAYMOVE);
-    if (moved == MAP_FAILED)
+    const std::size_t wanted = roundUp(bytes);
+    void* got =
+        begin ? ::mremap(begin, mapped, wanted, MREMAP_MAYMOVE)
+              : ::mmap(nullptr, wanted, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (got == MAP_FAILED)
         throw std::bad_alloc();
-    begin = static_cast<char*>(moved);
+    begin = static_cast<char*>(got);
     mapped = wanted;
 }
 
 std::size_t LargeBuffer::footprint() const
 {
-    return roundUp(used, mapped >= largePage ? largePage : smallPage());
+    return roundUp(used);
 }
 
 void LargeBuffer::resize(std::size_t bytes)

@@ -83,11 +83,9 @@ private slots:
         resetPeak();
         [[maybe_unused]] const qint64 before = residentKiB();
         BlockText text = BlockReader(0).read(buffer, file.size());
-        // Held once (in large pages where the kernel gives them), beside a
-        // buffer of a megabyte (ASan's quarantine keeps what was freed, so
-        // memory is measured without it).
-        QVERIFY2(text.memoryUse() < file.size() + qint64(platform::LargeBuffer::largePage) + 4096,
-                 "the line is held once");
+        // Held once, beside a buffer of a megabyte (ASan's quarantine keeps
+        // what was freed, so memory is measured without it).
+        QVERIFY2(text.memoryUse() < file.size() + 8192, "the line is held once");
 #ifndef __SANITIZE_ADDRESS__
         const qint64 readGrowth = (statusKiB("VmHWM:") - before) << 10;
         QVERIFY2(readGrowth <= text.memoryUse() + 2 * mib, qPrintable(QString::number(readGrowth)));
