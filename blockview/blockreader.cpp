@@ -116,6 +116,7 @@ BlockText BlockReader::read(QIODevice& device, qint64 sizeHint)
     }
     if (!stopped && end > begin) {
         // The last line's carriage return goes too, as for every other line.
+        nulAhead = true;
         const bool cr = buffer.at(end - 1) == '\r';
         take(buffer.constData() + begin, end - begin - (cr ? 1 : 0));
     }
@@ -125,6 +126,8 @@ BlockText BlockReader::read(QIODevice& device, qint64 sizeHint)
 
 bool BlockReader::takeLines(const char* data, qsizetype& begin, qsizetype end)
 {
+    // One look for a NUL a buffer rather than one a line.
+    nulAhead = std::memchr(data + begin, '\0', size_t(end - begin)) != nullptr;
     while (const void* feed = std::memchr(data + begin, '\n', size_t(end - begin))) {
         const qsizetype length = static_cast<const char*>(feed) - (data + begin);
         const bool crlf = length > 0 && data[begin + length - 1] == '\r';
@@ -146,6 +149,7 @@ bool BlockReader::takePart(const char* data, qsizetype& begin, qsizetype end)
         begin += size;
         return true;
     }
+    nulAhead = true;
     const bool more = store(data + begin, size);
     partial = partial || size > 0;
     begin += size;
@@ -201,7 +205,7 @@ bool BlockReader::store(const char* data, qsizetype size)
     // leaves room for a note in front.
     if (text.lineCount() == 0 && hint > 0)
         text.reserve(qsizetype(std::clamp<qint64>(hint - skippedBytes, 0, limit / 2) + 256));
-    const bool nul = std::memchr(data, '\0', size_t(size));
+    const bool nul = nulAhead && std::memchr(data, '\0', size_t(size));
     const qsizetype kept = room(data, size, nul ? 3 : 1);
     const QByteArray shown = nul ? withoutNul(data, kept) : QByteArray();
     const char* bytes = nul ? shown.constData() : data;

@@ -71,5 +71,6 @@ private:
     bool partial = false;    // the last line kept goes on in the next bytes
     QByteArray leadingStart; // of the leading line being skipped
     qint64 takenSinceAsked = 0;
+    bool nulAhead = true;    // a NUL may be in the lines still to take
     qint64 skippedBytes = 0; // a line feed counted for each part too
 };

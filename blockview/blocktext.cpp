@@ -52,12 +52,16 @@ BlockText BlockText::fromString(const QString& text)
 void BlockText::reserve(qsizetype size)
 {
     bytes.reserve(size_t(std::max<qsizetype>(size, 0)));
+    // A line end for every eight bytes: more than a report has, and what
+    // is not filled costs nothing.
+    ends.reserve(size_t(std::max<qsizetype>(size, 0)));
 }
 
 void BlockText::appendLine(const char* data, qsizetype size)
 {
     bytes.append(data, size_t(size));
-    ends.push_back(qint64(bytes.size()));
+    const qint64 end = qint64(bytes.size());
+    ends.append(&end, sizeof end);
     if (longest < 0 || size > lineView(longest).size())
         longest = lineCount() - 1;
     if (!offsets.empty())
@@ -68,12 +72,12 @@ void BlockText::appendLine(const char* data, qsizetype size)
 
 void BlockText::appendToLastLine(const char* data, qsizetype size)
 {
-    if (ends.empty()) {
+    if (lineCount() == 0) {
         appendLine(data, size);
         return;
     }
     bytes.append(data, size_t(size));
-    ends.back() = qint64(bytes.size());
+    endsData()[lineCount() - 1] = qint64(bytes.size());
     if (lineView(lineCount() - 1).size() > lineView(longest).size())
         longest = lineCount() - 1;
     offsets.clear();
@@ -86,14 +90,15 @@ void BlockText::prependLine(QByteArrayView line)
     // In place: this comes when memory is short, and the store grows by
     // moving its pages rather than copying them.
     const size_t old = bytes.size();
-    if (ends.capacity() == ends.size())
-        ends.reserve(ends.size() + 1);
+    const qsizetype count = lineCount();
     bytes.resize(old + size_t(line.size()));
     std::memmove(bytes.data() + line.size(), bytes.data(), old);
     std::memcpy(bytes.data(), line.data(), size_t(line.size()));
-    for (qint64& end : ends)
-        end += line.size();
-    ends.insert(ends.begin(), line.size());
+    ends.resize(ends.size() + sizeof(qint64));
+    qint64* end = endsData();
+    for (qsizetype i = count; i > 0; --i)
+        end[i] = end[i - 1] + line.size();
+    end[0] = line.size();
     if (longest >= 0 && line.size() <= lineView(longest + 1).size())
         ++longest;
     else
@@ -108,21 +113,18 @@ void BlockText::prependLine(QByteArrayView line)
 qint64 BlockText::memoryUse() const
 {
     // Room the store has not yet touched costs no memory.
-    return qint64(bytes.footprint()) + qint64(ends.capacity() * sizeof(qint64));
+    return qint64(bytes.footprint()) + qint64(ends.footprint());
 }
 
 qint64 BlockText::memoryUseAfter(qsizetype lineBytes) const
 {
     // The store grows by moving its pages, never by copying them.
-    const qint64 store = qint64(bytes.footprint()) + lineBytes;
-    const qint64 lines =
-        ends.size() < ends.capacity() ? qint64(ends.capacity()) : 2 * qint64(ends.size()) + 1;
-    return store + lines * qint64(sizeof(qint64));
+    return qint64(bytes.footprint()) + lineBytes + qint64(ends.footprint() + sizeof(qint64));
 }
 
 qsizetype BlockText::lineCount() const
 {
-    return qsizetype(ends.size());
+    return qsizetype(ends.size() / sizeof(qint64));
 }
 
 qsizetype BlockText::byteCount() const
@@ -132,8 +134,9 @@ qsizetype BlockText::byteCount() const
 
 QByteArrayView BlockText::lineView(qsizetype line) const
 {
-    const qint64 start = line > 0 ? ends[size_t(line) - 1] : 0;
-    return QByteArrayView(bytes.data() + start, ends[size_t(line)] - start);
+    const qint64* end = endsData();
+    const qint64 start = line > 0 ? end[line - 1] : 0;
+    return QByteArrayView(bytes.data() + start, end[line] - start);
 }
 
 QByteArray BlockText::lineBytes(qsizetype line) const
@@ -186,7 +189,7 @@ qsizetype BlockText::lineLength(qsizetype line) const
 
 void BlockText::makeOffsets() const
 {
-    offsets.resize(ends.size() + 1);
+    offsets.resize(size_t(lineCount()) + 1);
     qint64 offset = 0;
     for (qsizetype i = 0; i < lineCount(); ++i) {
         offsets[size_t(i)] = offset;

@@ -97,7 +97,11 @@ private:
     void indexLastLine();
 
     platform::LargeBuffer bytes;
-    std::vector<qint64> ends; // one past each line's last byte
+    // One past each line's last byte, a qint64 a line (the mapping is
+    // page-aligned).
+    platform::LargeBuffer ends;
+    qint64* endsData() { return reinterpret_cast<qint64*>(ends.data()); }
+    const qint64* endsData() const { return reinterpret_cast<const qint64*>(ends.data()); }
     qsizetype longest = -1;
     mutable std::vector<qint64> offsets; // lineCount() + 1 entries once made
     std::unordered_map<qsizetype, LongLine> longLines;

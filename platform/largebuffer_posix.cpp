@@ -34,8 +34,8 @@ LargeBuffer::~LargeBuffer()
 }
 
 LargeBuffer::LargeBuffer(LargeBuffer&& other) noexcept
-    : begin(std::exchange(other.begin, nullptr)), used(std::exchange(other.used, 0)),
-      mapped(std::exchange(other.mapped, 0))
+    : page(other.page), begin(std::exchange(other.begin, nullptr)),
+      used(std::exchange(other.used, 0)), mapped(std::exchange(other.mapped, 0))
 {
 }
 
@@ -43,6 +43,7 @@ LargeBuffer& LargeBuffer::operator=(LargeBuffer&& other) noexcept
 {
     if (this != &other) {
         LargeBuffer gone(std::move(*this));
+        page = other.page;
         begin = std::exchange(other.begin, nullptr);
         used = std::exchange(other.used, 0);
         mapped = std::exchange(other.mapped, 0);
@@ -62,26 +63,12 @@ void LargeBuffer::reserve(std::size_t bytes)
         throw std::bad_alloc();
     begin = static_cast<char*>(got);
     mapped = wanted;
+    page = pageSize();
 }
 
-std::size_t LargeBuffer::footprint() const
+void LargeBuffer::grow(std::size_t bytes)
 {
-    return roundUp(used);
-}
-
-void LargeBuffer::resize(std::size_t bytes)
-{
-    if (bytes > mapped)
-        reserve(std::max(bytes, mapped + mapped / 2));
-    used = bytes;
-}
-
-void LargeBuffer::append(const void* data, std::size_t bytes)
-{
-    const std::size_t at = used;
-    resize(used + bytes);
-    if (bytes > 0)
-        std::memcpy(begin + at, data, bytes);
+    reserve(std::max(bytes, mapped + mapped / 2));
 }
 
 } // namespace platform
