@@ -153,10 +153,9 @@ int runCase(const QString& path, qint64 lines, bool page)
     timed(probe, [&] { bar->setValue(0); });
     const double drag = timed(probe, [&] { bar->setValue(bar->maximum()); });
     const bool dragShown = lastLineShown(area);
-    const double resize = timed(probe, [&] { area->resize(1100, 700); });
     const double peakMb = double(statusKiB("VmHWM:") - before) / 1024;
-    std::printf("%9.1f %8.1f %4s %8.1f %4s %8.1f %9.1f %6.2f %9lld %6s\n", open, toEnd,
-                endShown ? "yes" : "NO", drag, dragShown ? "yes" : "NO", resize, peakMb,
+    std::printf("%9.1f %8.1f %4s %8.1f %4s %9.1f %6.2f %9lld %6s\n", open, toEnd,
+                endShown ? "yes" : "NO", drag, dragShown ? "yes" : "NO", peakMb,
                 peakMb * 1048576 / double(QFile(path).size()), static_cast<long long>(lines),
                 page ? "page" : "plain");
     return 0;
@@ -200,29 +199,26 @@ void warmUp()
     QCoreApplication::processEvents();
 }
 
-void printWay(const char* name, const std::array<Figure, 8>& way, double floor, double fileMb)
+void printWay(const char* name, const std::array<Figure, 7>& way, double floor, double fileMb)
 {
     const Figure& open = way[0];
     Figure ratio;
     for (double v : open.values)
         ratio.values << v / floor;
     std::printf("  %-10s open %s ms = %s x the floor; to the end %s ms, last line %s; drag %s ms, "
-                "last line %s; resize %s ms; peak %s MB = %.2f x the report\n",
+                "last line %s; peak %s MB = %.2f x the report\n",
                 name, open.text().constData(), ratio.text("%.2f").constData(),
                 way[1].text().constData(), way[2].least() > 0 ? "yes" : "NO",
                 way[3].text().constData(), way[4].least() > 0 ? "yes" : "NO",
-                way[5].text().constData(), way[6].text("%.0f").constData(),
-                way[6].median() / fileMb);
+                way[5].text("%.0f").constData(), way[5].median() / fileMb);
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    const QStringList args = app.arguments().mid(1);
+    const Bench bench(argc, argv);
+    const QStringList& args = bench.args;
     if (args.value(0) == "--case") {
         warmUp();
         return runCase(args.value(1), args.value(2).toLongLong(), args.value(3) == "page");
@@ -230,8 +226,8 @@ int main(int argc, char** argv)
     if (args.value(0) == "--floor")
         return runFloor(args.value(1), args.value(2) == "large");
     const QList<qint64> sizes = args.isEmpty() ? QList<qint64>{10000, 100000, 1000000, 10000000}
-                                               : QList<qint64>{std::max(1LL, args[0].toLongLong())};
-    const int runs = std::max(1, args.value(1, "3").toInt());
+                                               : QList<qint64>{bench.number(0, 1)};
+    const int runs = int(bench.number(1, 3));
     QTemporaryDir dir;
     std::printf("medians of %d runs, (least-most); open: from the report on disk to the page "
                 "shown and a key taken\n",
@@ -250,11 +246,11 @@ int main(int argc, char** argv)
                     "end found: small pages %s ms, large pages %s ms)\n",
                     static_cast<long long>(lines), fileMb, floor, small.text().constData(),
                     large.text().constData());
-        printWay("page", runFigures<8>({"--case", path, QString::number(lines), "page"}, runs),
+        printWay("page", runFigures<7>({"--case", path, QString::number(lines), "page"}, runs),
                  floor, fileMb);
         if (lines <= 1000000)
             printWay("QTextEdit",
-                     runFigures<8>({"--case", path, QString::number(lines), "plain"}, runs), floor,
+                     runFigures<7>({"--case", path, QString::number(lines), "plain"}, runs), floor,
                      fileMb);
         std::fflush(stdout);
         QFile::remove(path);

@@ -13,8 +13,8 @@
 // The big page's lines, default 10000000; each case runs RUNS times (default
 // 3) in a process of its own and prints its median and spread.
 #include "benchsupport.h"
-#include "dialoganswerer.h"
 #include "blockview.h"
+#include "dialoganswerer.h"
 #include "residentmemory.h"
 
 #include <QApplication>
@@ -86,14 +86,12 @@ int runCase(const QString& which, qint64 lines)
 
 int main(int argc, char** argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    const QStringList args = app.arguments().mid(1);
+    const Bench bench(argc, argv);
+    const QStringList& args = bench.args;
     if (args.value(0) == "--case")
         return runCase(args.value(1), args.value(2).toLongLong());
-    const qint64 lines = std::max(1LL, args.value(0, "10000000").toLongLong());
-    const int runs = std::max(1, args.value(1, "3").toInt());
+    const qint64 lines = bench.number(0, 10000000);
+    const int runs = int(bench.number(1, 3));
     std::printf("medians of %d runs (least-most)\n", runs);
     for (const char* which : {"many", "single"}) {
         const auto f = runFigures<4>({"--case", which, QString::number(lines)}, runs);

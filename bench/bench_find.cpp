@@ -113,12 +113,10 @@ void measure(const char* name, BlockText text, int runs, double goal, bool backw
 
 int main(int argc, char** argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    const qint64 lines = std::max(2LL, app.arguments().value(1, "10000000").toLongLong());
-    const qint64 megabytes = std::max(1LL, app.arguments().value(2, "500").toLongLong());
-    const int runs = std::max(1, app.arguments().value(3, "3").toInt());
+    const Bench bench(argc, argv);
+    const qint64 lines = std::max<qint64>(2, bench.number(0, 10000000));
+    const qint64 megabytes = bench.number(1, 500);
+    const int runs = int(bench.number(2, 3));
     std::printf("(-1: not found)\n");
     const qint64 bytes = megabytes * 1000 * 1000;
     measure(qPrintable(QString("%1 lines, the match on the last").arg(lines)),

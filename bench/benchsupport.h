@@ -2,6 +2,7 @@
 
 #include "zebreport.h"
 
+#include <QApplication>
 #include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
@@ -150,3 +151,20 @@ template <size_t N> std::array<Figure, N> runFigures(const QStringList& argument
     }
     return figures;
 }
+
+// A benchmark's application, offscreen unless told otherwise, and its
+// arguments: a number at a place, at least 1, or the default.
+struct Bench {
+    Bench(int& argc, char** argv) : app((offscreen(), argc), argv), args(app.arguments().mid(1)) {}
+    static void offscreen()
+    {
+        if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+            qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    qint64 number(int at, qint64 fallback) const
+    {
+        return std::max<qint64>(1, args.value(at, QString::number(fallback)).toLongLong());
+    }
+    QApplication app;
+    const QStringList args;
+};
