@@ -6,6 +6,7 @@
 #include "blockview.h"
 #include "platform/commandline.h"
 #include "platform/files.h"
+#include "platform/wait.h"
 #include "queuedinputdropper.h"
 
 #include <QCoreApplication>
@@ -18,11 +19,14 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <future>
+#include <optional>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -146,6 +150,16 @@ QByteArray moveAside(const QString& report)
     return {};
 }
 
+// A rename can wait while the file system writes out a report written just
+// before (0.2 s for 500 MB): it runs aside, and the windows are served.
+QByteArray moveAsideServed(const QString& report)
+{
+    std::future<QByteArray> moved = std::async(std::launch::async, moveAside, report);
+    while (moved.wait_for(std::chrono::milliseconds(5)) != std::future_status::ready)
+        platform::waitStep();
+    return moved.get();
+}
+
 // A run that left nothing at the name gets the old report back, never over
 // what the run left; otherwise it goes. Where the file system knows neither
 // a rename that refuses to replace nor hard links (FAT), the old report
@@ -206,13 +220,12 @@ bool ZEBReport::run(unsigned int block)
     if (!line.problem().isEmpty())
         return false;
     say("runStr " + line.line().toLocal8Bit());
-    const QByteArray aside = moveAside(reportFile);
+    // Clicks given meanwhile are dropped.
+    std::optional<QueuedInputDropper::DuringRun> windowsServed(std::in_place);
+    const QByteArray aside = moveAsideServed(reportFile);
     const FileStamp before(reportFile);
-    int status = 0;
-    {
-        const QueuedInputDropper::DuringRun windowsServed; // clicks given meanwhile are dropped
-        status = runTool(line.line().toLocal8Bit().toStdString());
-    }
+    int status = runTool(line.line().toLocal8Bit().toStdString());
+    windowsServed.reset();
     const QFileInfo info(reportFile);
     // A report from before is no report of this run, and a tool killed by
     // a signal may have left half of one.
