@@ -58,11 +58,10 @@ Step measured(Probe& probe, const std::function<void()>& action)
 // The median of several runs of a measurement.
 double medianOf(int runs, const std::function<double()>& run)
 {
-    std::vector<double> figures;
+    Figure figure;
     for (int i = 0; i < runs; ++i)
-        figures.push_back(run());
-    std::sort(figures.begin(), figures.end());
-    return figures[figures.size() / 2];
+        figure.values << run();
+    return figure.median();
 }
 
 void press(QWidget* widget, int key, Qt::KeyboardModifiers modifiers = {})
@@ -130,10 +129,8 @@ BlockPage* openPage(const QString& path)
 
 int main(int argc, char** argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    const qint64 lines = argc > 1 ? std::max(1LL, QByteArray(argv[1]).toLongLong()) : 1000000;
+    const Bench bench(argc, argv);
+    const qint64 lines = bench.number(0, 1000000);
     QTemporaryDir dir;
     const QString path = dir.filePath("report.rpt");
     writeModeShapesReport(path, lines, false);

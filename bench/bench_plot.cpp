@@ -52,28 +52,20 @@ double untilPainted(Probe& probe, const std::function<void()>& action)
     return cpuSeconds() - start;
 }
 
-double median(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
-}
-
 } // namespace
 
 int main(int argc, char** argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    const qint64 lines = argc > 1 ? std::max(1LL, QByteArray(argv[1]).toLongLong()) : 1000000;
-    const int runs = argc > 2 ? std::max(1, QByteArray(argv[2]).toInt()) : 3;
+    const Bench bench(argc, argv);
+    const qint64 lines = bench.number(0, 1000000);
+    const int runs = int(bench.number(1, 3));
     QTemporaryDir dir;
     const QString path = dir.filePath("report.rpt");
     writeModeShapesReport(path, lines, true);
     std::printf("%lld lines of Mode Shapes in 20 modes; CPU time, median of %d runs\n",
                 static_cast<long long>(lines), runs);
 
-    std::vector<double> baseline, shown, redrawn;
+    Figure baseline, shown, redrawn;
     for (int run = 0; run < runs; ++run) {
         QWidget* window = openReportPage(path, QSize(1100, 700));
         auto* page = window->findChild<BlockPage*>();
@@ -87,16 +79,16 @@ int main(int argc, char** argv)
         for (qsizetype line = 0; line < columns.lineCount(); ++line)
             for (int column : {0, 1})
                 sum += columns.number(line, column, value) ? value : 0;
-        baseline.push_back(cpuSeconds() - start + (sum == 0.5 ? 1e-9 : 0));
+        baseline.values << (cpuSeconds() - start + (sum == 0.5 ? 1e-9 : 0));
 
         Probe probe;
-        shown.push_back(untilPainted(probe, [&] {
+        shown.values << (untilPainted(probe, [&] {
             page->showView(BlockPage::Plot);
             page->plot()->chartView()->viewport()->installEventFilter(&probe);
         }));
         BlockChartView* view = page->plot()->chartView();
         for (const QSize size : {QSize(1300, 800), QSize(900, 600), QSize(1200, 700)})
-            redrawn.push_back(untilPainted(probe, [&] {
+            redrawn.values << (untilPainted(probe, [&] {
                 window->resize(size);
                 QCoreApplication::processEvents();
                 view->settle(); // laid out and drawn anew, not the stretched picture
@@ -104,9 +96,9 @@ int main(int argc, char** argv)
         delete window;
     }
     std::printf("%-40s %10s %-3s %-20s\n", "step", "figure", "", "goal");
-    row("Baseline: read x and y of every line", median(baseline), "s", "(no goal)", true);
-    row("Plot shown: to its first paint", median(shown), "s", "<= 0.3 s", median(shown) <= 0.3);
-    row("Plot resized: redrawn for the new size", median(redrawn), "s", "<= 0.1 s",
-        median(redrawn) <= 0.1);
+    row("Baseline: read x and y of every line", baseline.median(), "s", "(no goal)", true);
+    row("Plot shown: to its first paint", shown.median(), "s", "<= 0.3 s", shown.median() <= 0.3);
+    row("Plot resized: redrawn for the new size", redrawn.median(), "s", "<= 0.1 s",
+        redrawn.median() <= 0.1);
     return 0;
 }
