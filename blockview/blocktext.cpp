@@ -10,16 +10,12 @@ namespace
 
 constexpr qsizetype chunkBytes = 4096;
 
-bool isContinuation(char c)
-{
-    return (quint8(c) & 0xC0) == 0x80;
-}
-
 // Each chunk decodes on its own, so that every slice of a long line agrees
 // with its length; a chunk starts at a character's start where it can.
 qsizetype chunkStart(QByteArrayView bytes, qsizetype at)
 {
-    for (int step = 0; step < 3 && at < bytes.size() && isContinuation(bytes[at]); ++step)
+    for (int step = 0; step < 3 && at < bytes.size() && BlockText::isContinuation(bytes[at]);
+         ++step)
         ++at;
     return at;
 }

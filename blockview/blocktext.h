@@ -58,6 +58,8 @@ public:
     qsizetype lineAtOffset(qsizetype offset) const;
 
     static bool isAscii(QByteArrayView bytes);
+    // A byte inside a UTF-8 sequence, not at its start.
+    static bool isContinuation(char c) { return (quint8(c) & 0xC0) == 0x80; }
 
     // A line longer than this is never decoded whole: its length, its
     // slices and its plainness come from an index of its 4 KiB chunks,

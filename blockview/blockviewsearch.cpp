@@ -9,17 +9,12 @@ namespace
 // Short lines are searched this many bytes at a time, or a little more.
 constexpr qsizetype runBytes = 256 * 1024;
 
-bool isContinuation(char c)
-{
-    return (quint8(c) & 0xC0) == 0x80;
-}
-
 // The first character start at or after at: decoding pieces cut there gives
 // what decoding them together gives.
 qsizetype characterStart(QByteArrayView bytes, qsizetype at)
 {
     at = std::min(at, bytes.size());
-    while (at < bytes.size() && isContinuation(bytes[at]))
+    while (at < bytes.size() && BlockText::isContinuation(bytes[at]))
         ++at;
     return at;
 }
