@@ -150,14 +150,15 @@ QByteArray moveAside(const QString& report)
     return {};
 }
 
-// A rename can wait while the file system writes out a report written just
-// before (0.2 s for 500 MB): it runs aside, and the windows are served.
-QByteArray moveAsideServed(const QString& report)
+// The file system can keep a call waiting: a rename while it writes out a
+// report written just before (0.2 s for 500 MB), an unlink while it frees a
+// big one. Such a call runs aside while the windows are served.
+template <typename Call> auto served(Call call)
 {
-    std::future<QByteArray> moved = std::async(std::launch::async, moveAside, report);
-    while (moved.wait_for(std::chrono::milliseconds(5)) != std::future_status::ready)
+    auto done = std::async(std::launch::async, std::move(call));
+    while (done.wait_for(std::chrono::milliseconds(5)) != std::future_status::ready)
         platform::waitStep();
-    return moved.get();
+    return done.get();
 }
 
 // A run that left nothing at the name gets the old report back, never over
@@ -222,15 +223,15 @@ bool ZEBReport::run(unsigned int block)
     say("runStr " + line.line().toLocal8Bit());
     // Clicks given meanwhile are dropped.
     std::optional<QueuedInputDropper::DuringRun> windowsServed(std::in_place);
-    const QByteArray aside = moveAsideServed(reportFile);
+    const QByteArray aside = served([report = reportFile] { return moveAside(report); });
     const FileStamp before(reportFile);
     int status = runTool(line.line().toLocal8Bit().toStdString());
-    windowsServed.reset();
     const QFileInfo info(reportFile);
     // A report from before is no report of this run, and a tool killed by
     // a signal may have left half of one.
     notWritten = reasonNotWritten(before, status);
-    putBack(aside, reportFile);
+    served([aside, report = reportFile] { putBack(aside, report); });
+    windowsServed.reset();
     failed =
         notWritten.isEmpty() && (status & 0xffff) == 0
             ? QString("the translator's exit code was %1").arg(platform::statusExitCode(status))
